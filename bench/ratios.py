@@ -1,0 +1,29 @@
+#!/usr/bin/env python3
+"""Run the benchmark binary once and print a Markdown table of zeqcv against its
+peers: for every workload, the time of each implementation and the ratio
+peer time / zeqcv time (above 1: zeqcv is faster)."""
+import json
+import subprocess
+import sys
+
+binary = sys.argv[1] if len(sys.argv) > 1 else "build/bench/zeqcv-bench"
+extra = sys.argv[2:]
+out = subprocess.run([binary, "--benchmark_format=json", "--benchmark_min_time=0.2"] + extra,
+                     check=True, capture_output=True, text=True).stdout
+times = {}
+for b in json.loads(out)["benchmarks"]:
+    if b.get("run_type") == "aggregate":
+        continue
+    workload, _, impl = b["name"].partition("/")
+    scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}[b["time_unit"]]
+    times.setdefault(workload, {})[impl] = b["real_time"] * scale
+
+print("| workload | zeqcv (us) | peer | peer (us) | peer / zeqcv |")
+print("|---|---:|---|---:|---:|")
+for workload, impls in times.items():
+    ours = impls.get("zeqcv")
+    peers = [(k, v) for k, v in impls.items() if k != "zeqcv"] or [("-", None)]
+    for peer, t in peers:
+        ratio = f"{t / ours:.2f}" if (t and ours) else "-"
+        print(f"| {workload} | {ours:.1f} | {peer} | {t:.1f} | {ratio} |" if t else
+              f"| {workload} | {ours:.1f} | - | - | - |")

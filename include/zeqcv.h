@@ -1,0 +1,660 @@
+/*
+ * zeqcv: computer-vision primitives with a plain C interface.
+ *
+ * Every function checks its arguments in a fixed order and returns a
+ * ZeqStatus: 0 on success, a positive warning after complete output, or a
+ * negative error with nothing written. Images are passed as a pointer to the
+ * first pixel of the region, the distance in bytes between rows (the step)
+ * and the region size in pixels.
+ *
+ * Valid C99 and C++.
+ */
+#ifndef ZEQCV_H
+#define ZEQCV_H
+
+#include <stddef.h>
+
+#if defined(_WIN32)
+#  define ZEQ_API_VIS
+#else
+#  define ZEQ_API_VIS __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+#  define ZEQ_API extern "C" ZEQ_API_VIS
+#else
+#  define ZEQ_API extern ZEQ_API_VIS
+#endif
+
+/* ---- Element types ---- */
+typedef unsigned char  Zeq8u;
+typedef signed char    Zeq8s;
+typedef unsigned short Zeq16u;
+typedef short          Zeq16s;
+typedef int            Zeq32s;
+typedef float          Zeq32f;
+typedef double         Zeq64f;
+
+typedef struct { Zeq32f re; Zeq32f im; } Zeq32fc;
+
+/* ---- Geometry ---- */
+typedef struct { int width; int height; } ZeqiSize;
+typedef struct { int x; int y; } ZeqiPoint;
+typedef struct { int x; int y; int width; int height; } ZeqiRect;
+
+/* Flood-fill result. */
+typedef struct {
+    Zeq64f   area;
+    Zeq64f   value;
+    ZeqiRect rect;
+} ZeqiConnectedComp;
+
+/* ---- Status codes ---- */
+typedef int ZeqStatus;
+
+enum {
+    zeqStsOk            = 0,
+    zeqStsSqrtNegArg    = 3,     /* warning: a square-root argument had its sign bit set */
+    zeqStsDivByZero     = 6,     /* warning: a divisor or denominator norm was zero */
+    zeqStsError         = -2,
+    zeqStsMemAlloc      = -4,
+    zeqStsBadArg        = -5,
+    zeqStsSize          = -6,
+    zeqStsNullPtr       = -8,
+    zeqStsNoMem         = -9,
+    zeqStsOutOfRange    = -11,
+    zeqStsDataType      = -12,
+    zeqStsStep          = -14,
+    zeqStsFftOrder      = -15,
+    zeqStsFftFlag       = -16,
+    zeqStsContextMatch  = -17,
+    zeqStsMaskSize      = -33,
+    zeqStsAnchor        = -34,
+    zeqStsCoi           = -52,
+    zeqStsChannel       = -53,
+    zeqStsDistMetric    = -56,
+    zeqStsStepAlign     = -108,
+    zeqStsNotSupported  = -9999
+};
+
+/* ---- Data-type codes taken by state creators and buffer-size queries ---- */
+typedef int ZeqDataType;
+
+enum {
+    zeq8u  = 1,
+    zeq8s  = 2,
+    zeq16s = 4,
+    zeq32f = 9
+};
+
+/* ---- FFT scaling flags ---- */
+enum {
+    zeqFftScaleFwdByN  = 1,   /* forward result divided by N */
+    zeqFftScaleInvByN  = 2,   /* inverse result divided by N */
+    zeqFftScaleBySqrtN = 4,   /* both directions divided by sqrt(N) */
+    zeqFftScaleNone    = 8
+};
+
+/* ---- Accuracy hint of the float sum, mean and L2 norm ---- */
+enum {
+    zeqAlgHintNone     = 0,
+    zeqAlgHintFast     = 1,
+    zeqAlgHintAccurate = 2    /* double-precision partial sums in the function itself */
+};
+
+/* ---- Comparison codes of the float thresholds ---- */
+enum {
+    zeqCmpLess    = 0,        /* values below the threshold are replaced */
+    zeqCmpGreater = 4         /* values above the threshold are replaced */
+};
+
+/* ---- Version record ---- */
+typedef struct {
+    int         major;
+    int         minor;
+    int         majorBuild;
+    int         build;
+    char        targetCpu[4];
+    const char* name;
+    const char* version;
+    const char* buildDate;
+} ZeqLibraryVersion;
+
+/* ---- Opaque objects, created by an InitAlloc and released by its Free ---- */
+typedef struct ZeqiConvState      ZeqiConvState;
+typedef struct ZeqiMorphState     ZeqiMorphState;
+typedef struct ZeqsFFTSpec_C_32fc ZeqsFFTSpec_C_32fc;
+typedef struct ZeqsFFTSpec_R_32f  ZeqsFFTSpec_R_32f;
+typedef struct ZeqiFFTSpec_R_32f  ZeqiFFTSpec_R_32f;
+
+/* ---- Library ---- */
+ZEQ_API const ZeqLibraryVersion* zeqcvGetLibVersion(void);
+
+/* ---- Aligned memory (32-byte aligned; release with zeqsFree) ---- */
+ZEQ_API Zeq8u*  zeqsMalloc_8u(int len);
+ZEQ_API Zeq32f* zeqsMalloc_32f(int len);
+ZEQ_API void    zeqsFree(void* ptr);
+
+/* ---- Vector helpers ---- */
+ZEQ_API ZeqStatus zeqsSet_8u(Zeq8u val, Zeq8u* pDst, int len);
+ZEQ_API ZeqStatus zeqsZero_8u(Zeq8u* pDst, int len);
+ZEQ_API ZeqStatus zeqsZero_16s(Zeq16s* pDst, int len);
+ZEQ_API ZeqStatus zeqsZero_32f(Zeq32f* pDst, int len);
+ZEQ_API ZeqStatus zeqsCopy_8u(const Zeq8u* pSrc, Zeq8u* pDst, int len);
+ZEQ_API ZeqStatus zeqsCopy_16s(const Zeq16s* pSrc, Zeq16s* pDst, int len);
+ZEQ_API ZeqStatus zeqsCopy_32f(const Zeq32f* pSrc, Zeq32f* pDst, int len);
+/* pDst[i] = pSrc2[i] / pSrc1[i]: the first source is the divisor. */
+ZEQ_API ZeqStatus zeqsDiv_32f(const Zeq32f* pSrc1, const Zeq32f* pSrc2, Zeq32f* pDst, int len);
+ZEQ_API ZeqStatus zeqsSqr_32f_I(Zeq32f* pSrcDst, int len);
+ZEQ_API ZeqStatus zeqsSqrt_32f_I(Zeq32f* pSrcDst, int len);
+
+/* ---- Image primitives ---- */
+ZEQ_API ZeqStatus zeqiCopy_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiCopy_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiCopy_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiCopy_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiCopy_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, ZeqiSize roiSize);
+/* Leaves the fourth channel of the destination untouched. */
+ZEQ_API ZeqStatus zeqiCopy_32f_AC4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiSet_32f_C1R(Zeq32f value, Zeq32f* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiConvert_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiConvert_8s32f_C1R(const Zeq8s* pSrc, int srcStep, Zeq32f* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddC_32f_C1IR(Zeq32f value, Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiSubC_32f_C1IR(Zeq32f value, Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiMulC_32f_C1IR(Zeq32f value, Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAdd_32f_C1IR(const Zeq32f* pSrc, int srcStep, Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+/* pSrcDst = pSrcDst - pSrc */
+ZEQ_API ZeqStatus zeqiSub_32f_C1IR(const Zeq32f* pSrc, int srcStep, Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+/* pDst = pSrc2 / pSrc1, element by element as zeqsDiv_32f. */
+ZEQ_API ZeqStatus zeqiDiv_32f_C1R(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+        Zeq32f* pDst, int dstStep, ZeqiSize roiSize);
+/* pSrcDst = pSrcDst / pSrc */
+ZEQ_API ZeqStatus zeqiDiv_32f_C1IR(const Zeq32f* pSrc, int srcStep, Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiSqr_32f_C1IR(Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiSqrt_32f_C1IR(Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiSum_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pSum, int hint);
+ZEQ_API ZeqStatus zeqiMean_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean, int hint);
+ZEQ_API ZeqStatus zeqiNorm_L2_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pValue, int hint);
+ZEQ_API ZeqStatus zeqiThreshold_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq32f threshold, int cmpOp);
+ZEQ_API ZeqStatus zeqiThreshold_Val_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq32f threshold, Zeq32f value, int cmpOp);
+ZEQ_API ZeqStatus zeqiThreshold_LT_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq32f threshold);
+ZEQ_API ZeqStatus zeqiThreshold_LTVal_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq32f threshold, Zeq32f value);
+ZEQ_API ZeqStatus zeqiThreshold_LT_32f_C1IR(Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f threshold);
+ZEQ_API ZeqStatus zeqiThreshold_LTVal_32f_C1IR(Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize,
+        Zeq32f threshold, Zeq32f value);
+ZEQ_API ZeqStatus zeqiCopyReplicateBorder_8u_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcRoiSize,
+        Zeq8u* pDst, int dstStep, ZeqiSize dstRoiSize, int topBorderHeight, int leftBorderWidth);
+ZEQ_API ZeqStatus zeqiCopyReplicateBorder_8u_C3R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcRoiSize,
+        Zeq8u* pDst, int dstStep, ZeqiSize dstRoiSize, int topBorderHeight, int leftBorderWidth);
+ZEQ_API ZeqStatus zeqiCopyReplicateBorder_8u_C4R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcRoiSize,
+        Zeq8u* pDst, int dstStep, ZeqiSize dstRoiSize, int topBorderHeight, int leftBorderWidth);
+ZEQ_API ZeqStatus zeqiCopyReplicateBorder_32s_C1R(const Zeq32s* pSrc, int srcStep, ZeqiSize srcRoiSize,
+        Zeq32s* pDst, int dstStep, ZeqiSize dstRoiSize, int topBorderHeight, int leftBorderWidth);
+ZEQ_API ZeqStatus zeqiCopyReplicateBorder_32s_C3R(const Zeq32s* pSrc, int srcStep, ZeqiSize srcRoiSize,
+        Zeq32s* pDst, int dstStep, ZeqiSize dstRoiSize, int topBorderHeight, int leftBorderWidth);
+ZEQ_API ZeqStatus zeqiCopyReplicateBorder_32s_C4R(const Zeq32s* pSrc, int srcStep, ZeqiSize srcRoiSize,
+        Zeq32s* pDst, int dstStep, ZeqiSize dstRoiSize, int topBorderHeight, int leftBorderWidth);
+
+/* ---- Absolute difference ---- */
+ZEQ_API ZeqStatus zeqiAbsDiff_8u_C1R(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+        Zeq8u* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAbsDiff_16u_C1R(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+        Zeq16u* pDst, int dstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAbsDiff_32f_C1R(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+        Zeq32f* pDst, int dstStep, ZeqiSize roiSize);
+/* The integer constants are clamped to the range of the type. */
+ZEQ_API ZeqStatus zeqiAbsDiffC_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, int value);
+ZEQ_API ZeqStatus zeqiAbsDiffC_16u_C1R(const Zeq16u* pSrc, int srcStep, Zeq16u* pDst, int dstStep,
+        ZeqiSize roiSize, int value);
+ZEQ_API ZeqStatus zeqiAbsDiffC_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq32f value);
+
+/* ---- Accumulation into 32f images ---- */
+ZEQ_API ZeqStatus zeqiAdd_8u32f_C1IR(const Zeq8u* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAdd_8s32f_C1IR(const Zeq8s* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAdd_16u32f_C1IR(const Zeq16u* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAdd_8u32f_C1IMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAdd_8s32f_C1IMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAdd_16u32f_C1IMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAdd_32f_C1IMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddSquare_8u32f_C1IR(const Zeq8u* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddSquare_8s32f_C1IR(const Zeq8s* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddSquare_16u32f_C1IR(const Zeq16u* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddSquare_32f_C1IR(const Zeq32f* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddSquare_8u32f_C1IMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddSquare_8s32f_C1IMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddSquare_16u32f_C1IMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddSquare_32f_C1IMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddProduct_8u32f_C1IR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddProduct_8s32f_C1IR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddProduct_16u32f_C1IR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddProduct_32f_C1IR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddProduct_8u32f_C1IMR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddProduct_8s32f_C1IMR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddProduct_16u32f_C1IMR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddProduct_32f_C1IMR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
+ZEQ_API ZeqStatus zeqiAddWeighted_8u32f_C1IR(const Zeq8u* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f alpha);
+ZEQ_API ZeqStatus zeqiAddWeighted_8s32f_C1IR(const Zeq8s* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f alpha);
+ZEQ_API ZeqStatus zeqiAddWeighted_16u32f_C1IR(const Zeq16u* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f alpha);
+ZEQ_API ZeqStatus zeqiAddWeighted_32f_C1IR(const Zeq32f* pSrc, int srcStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f alpha);
+ZEQ_API ZeqStatus zeqiAddWeighted_8u32f_C1IMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f alpha);
+ZEQ_API ZeqStatus zeqiAddWeighted_8s32f_C1IMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f alpha);
+ZEQ_API ZeqStatus zeqiAddWeighted_16u32f_C1IMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f alpha);
+ZEQ_API ZeqStatus zeqiAddWeighted_32f_C1IMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f alpha);
+
+/* ---- Mean and standard deviation ---- */
+ZEQ_API ZeqStatus zeqiMean_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pMean);
+ZEQ_API ZeqStatus zeqiMean_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean);
+ZEQ_API ZeqStatus zeqiMean_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pMean);
+ZEQ_API ZeqStatus zeqiMean_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean);
+ZEQ_API ZeqStatus zeqiMean_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pMean);
+ZEQ_API ZeqStatus zeqiMean_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean);
+ZEQ_API ZeqStatus zeqiMean_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pMean);
+ZEQ_API ZeqStatus zeqiMean_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean);
+ZEQ_API ZeqStatus zeqiMean_StdDev_8u_C1R(const Zeq8u* pSrc, int srcStep,
+        ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_8s_C1R(const Zeq8s* pSrc, int srcStep,
+        ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_16u_C1R(const Zeq16u* pSrc, int srcStep,
+        ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_32f_C1R(const Zeq32f* pSrc, int srcStep,
+        ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_8u_C3CR(const Zeq8u* pSrc, int srcStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_8s_C3CR(const Zeq8s* pSrc, int srcStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_16u_C3CR(const Zeq16u* pSrc, int srcStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_32f_C3CR(const Zeq32f* pSrc, int srcStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev);
+ZEQ_API ZeqStatus zeqiMean_StdDev_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev);
+
+/* ---- Minimum and maximum with positions ---- */
+ZEQ_API ZeqStatus zeqiMinMaxIndx_8u_C1R(const Zeq8u* pSrc, int srcStep,
+        ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_8s_C1R(const Zeq8s* pSrc, int srcStep,
+        ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_16u_C1R(const Zeq16u* pSrc, int srcStep,
+        ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_32f_C1R(const Zeq32f* pSrc, int srcStep,
+        ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_8u_C3CR(const Zeq8u* pSrc, int srcStep,
+        ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_8s_C3CR(const Zeq8s* pSrc, int srcStep,
+        ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_16u_C3CR(const Zeq16u* pSrc, int srcStep,
+        ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_32f_C3CR(const Zeq32f* pSrc, int srcStep,
+        ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+ZEQ_API ZeqStatus zeqiMinMaxIndx_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+        ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
+
+/* ---- Norms, difference norms and relative norms ---- */
+ZEQ_API ZeqStatus zeqiNorm_Inf_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_Inf_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_Inf_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_Inf_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_Inf_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_Inf_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_Inf_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_Inf_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L1_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L1_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L1_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L1_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L1_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L1_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L1_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L1_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L2_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L2_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L2_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L2_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L2_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L2_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L2_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNorm_L2_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_Inf_8u_C1MR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_Inf_8u_C3CMR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_Inf_8s_C1MR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_Inf_8s_C3CMR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_Inf_16u_C1MR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_Inf_16u_C3CMR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_Inf_32f_C1MR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_Inf_32f_C3CMR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L1_8u_C1MR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L1_8u_C3CMR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L1_8s_C1MR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L1_8s_C3CMR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L1_16u_C1MR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L1_16u_C3CMR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L1_32f_C1MR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L1_32f_C3CMR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L2_8u_C1MR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L2_8u_C3CMR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L2_8s_C1MR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L2_8s_C3CMR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L2_16u_C1MR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L2_16u_C3CMR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L2_32f_C1MR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormDiff_L2_32f_C3CMR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_Inf_8u_C1MR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_Inf_8u_C3CMR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_Inf_8s_C1MR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_Inf_8s_C3CMR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_Inf_16u_C1MR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_Inf_16u_C3CMR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_Inf_32f_C1MR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_Inf_32f_C3CMR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L1_8u_C1MR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L1_8u_C3CMR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L1_8s_C1MR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L1_8s_C3CMR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L1_16u_C1MR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L1_16u_C3CMR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L1_32f_C1MR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L1_32f_C3CMR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L2_8u_C1MR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L2_8u_C3CMR(const Zeq8u* pSrc1, int src1Step,
+        const Zeq8u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L2_8s_C1MR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L2_8s_C3CMR(const Zeq8s* pSrc1, int src1Step,
+        const Zeq8s* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L2_16u_C1MR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L2_16u_C3CMR(const Zeq16u* pSrc1, int src1Step,
+        const Zeq16u* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L2_32f_C1MR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, Zeq64f* pNorm);
+ZEQ_API ZeqStatus zeqiNormRel_L2_32f_C3CMR(const Zeq32f* pSrc1, int src1Step,
+        const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
+        ZeqiSize roiSize, int coi, Zeq64f* pNorm);
+
+/* ---- Fixed 3x3 derivative filters ---- */
+ZEQ_API ZeqStatus zeqiSobel3x3_Dx_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_Dx_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_Dx_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_Dy_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep, int origin,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_Dy_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep, int origin,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_Dy_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, int origin,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_D2x_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_D2x_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_D2x_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_D2y_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_D2y_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_D2y_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_DxDy_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep, int origin,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_DxDy_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep, int origin,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiSobel3x3_DxDy_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, int origin,
+        ZeqiSize roi);
+ZEQ_API ZeqStatus zeqiScharr_Dx_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
+        ZeqiSize roi, int scaleShift);
+ZEQ_API ZeqStatus zeqiScharr_Dx_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
+        ZeqiSize roi, int scaleShift);
+ZEQ_API ZeqStatus zeqiScharr_Dx_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roi, int scaleShift);
+ZEQ_API ZeqStatus zeqiScharr_Dy_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep, int origin,
+        ZeqiSize roi, int scaleShift);
+ZEQ_API ZeqStatus zeqiScharr_Dy_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep, int origin,
+        ZeqiSize roi, int scaleShift);
+ZEQ_API ZeqStatus zeqiScharr_Dy_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, int origin,
+        ZeqiSize roi, int scaleShift);
+
+/* ---- Fast arctangent: angles of (pSrcX[i], pSrcY[i]) in degrees ---- */
+ZEQ_API ZeqStatus zeqibFastArctan_32f(const Zeq32f* pSrcY, const Zeq32f* pSrcX, Zeq32f* pDst, int len);
+
+/* ---- Canny edge detector ---- */
+ZEQ_API ZeqStatus zeqiCannyGetSize(ZeqiSize roiSize, int* pBufferSize);
+ZEQ_API ZeqStatus zeqiCanny_16s8u_C1R(const Zeq16s* pSrcDx, int srcDxStep, const Zeq16s* pSrcDy, int srcDyStep,
+        Zeq8u* pDstEdges, int dstEdgeStep, ZeqiSize roiSize, Zeq32f lowThresh, Zeq32f highThresh,
+        Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiCanny_32f8u_C1R(const Zeq32f* pSrcDx, int srcDxStep, const Zeq32f* pSrcDy, int srcDyStep,
+        Zeq8u* pDstEdges, int dstEdgeStep, ZeqiSize roiSize, Zeq32f lowThresh, Zeq32f highThresh,
+        Zeq8u* pBuffer);
+
+/* ---- One-dimensional FFT (length 2^order) ---- */
+ZEQ_API ZeqStatus zeqsFFTInitAlloc_C_32fc(ZeqsFFTSpec_C_32fc** ppSpec, int order, int flag, int hint);
+ZEQ_API ZeqStatus zeqsFFTInitAlloc_R_32f(ZeqsFFTSpec_R_32f** ppSpec, int order, int flag, int hint);
+ZEQ_API ZeqStatus zeqsFFTFree_C_32fc(ZeqsFFTSpec_C_32fc* pSpec);
+ZEQ_API ZeqStatus zeqsFFTFree_R_32f(ZeqsFFTSpec_R_32f* pSpec);
+ZEQ_API ZeqStatus zeqsFFTGetBufSize_C_32fc(const ZeqsFFTSpec_C_32fc* pSpec, int* pSize);
+ZEQ_API ZeqStatus zeqsFFTGetBufSize_R_32f(const ZeqsFFTSpec_R_32f* pSpec, int* pSize);
+ZEQ_API ZeqStatus zeqsFFTFwd_CToC_32fc(const Zeq32fc* pSrc, Zeq32fc* pDst, const ZeqsFFTSpec_C_32fc* pSpec,
+        Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqsFFTInv_CToC_32fc(const Zeq32fc* pSrc, Zeq32fc* pDst, const ZeqsFFTSpec_C_32fc* pSpec,
+        Zeq8u* pBuffer);
+/* Real spectra in the packed format R0, R1, I1, ..., R(N/2-1), I(N/2-1), R(N/2). */
+ZEQ_API ZeqStatus zeqsFFTFwd_RToPack_32f(const Zeq32f* pSrc, Zeq32f* pDst, const ZeqsFFTSpec_R_32f* pSpec,
+        Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqsFFTInv_PackToR_32f(const Zeq32f* pSrc, Zeq32f* pDst, const ZeqsFFTSpec_R_32f* pSpec,
+        Zeq8u* pBuffer);
+
+/* ---- Two-dimensional real FFT and packed spectra ---- */
+ZEQ_API ZeqStatus zeqiFFTInitAlloc_R_32f(ZeqiFFTSpec_R_32f** ppSpec, int orderX, int orderY, int flag, int hint);
+ZEQ_API ZeqStatus zeqiFFTFree_R_32f(ZeqiFFTSpec_R_32f* pSpec);
+ZEQ_API ZeqStatus zeqiFFTGetBufSize_R_32f(const ZeqiFFTSpec_R_32f* pSpec, int* pSize);
+ZEQ_API ZeqStatus zeqiFFTFwd_RToPack_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        const ZeqiFFTSpec_R_32f* pSpec, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFFTInv_PackToR_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        const ZeqiFFTSpec_R_32f* pSpec, Zeq8u* pBuffer);
+/* pSrcDst = pSrcDst * pSrc, element by element in the two-dimensional packed layout. */
+ZEQ_API ZeqStatus zeqiMulPack_32f_C1IR(const Zeq32f* pSrc, int srcStep, Zeq32f* pSrcDst, int srcDstStep,
+        ZeqiSize roiSize);
+
+#endif /* ZEQCV_H */
