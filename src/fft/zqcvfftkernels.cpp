@@ -1,0 +1,488 @@
+// Transform kernels of the one-dimensional FFT (SSE2). A register holds two
+// interleaved complex values; the butterflies below work on two independent
+// transforms at once, one per half of the register.
+#include "fft/zqcvfft.h"
+
+#include <emmintrin.h>
+
+#include <cstring>
+
+namespace zq {
+namespace {
+
+constexpr float COSPI4 = 0.70710677f;
+
+inline __m128 signBits(bool imaginary) {
+    return imaginary ? _mm_castsi128_ps(_mm_set_epi32(int(0x80000000u), 0, int(0x80000000u), 0))
+                     : _mm_castsi128_ps(_mm_set_epi32(0, int(0x80000000u), 0, int(0x80000000u)));
+}
+inline __m128 swapReIm(__m128 a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)); }
+
+// Multiplication by -i (forward) or +i (inverse).
+template <bool Inv>
+inline __m128 rotate(__m128 a) {
+    return _mm_xor_ps(swapReIm(a), signBits(!Inv));
+}
+
+// a * w (forward) or a * conj(w) (inverse) with w laid out as (wr, wr), (-wi, wi).
+template <bool Inv>
+inline __m128 cmul(__m128 a, const float* w) {
+    const __m128 t = _mm_mul_ps(swapReIm(a), _mm_load_ps(w + 4));
+    const __m128 r = _mm_mul_ps(a, _mm_load_ps(w));
+    return Inv ? _mm_sub_ps(r, t) : _mm_add_ps(r, t);
+}
+
+// The 4-point DFT of (x0, x1, x2, x3) in natural order, in place.
+template <bool Inv>
+inline void butterfly4(__m128* x) {
+    const __m128 t0 = _mm_add_ps(x[0], x[2]), t1 = _mm_sub_ps(x[0], x[2]);
+    const __m128 t2 = _mm_add_ps(x[1], x[3]), t3 = rotate<Inv>(_mm_sub_ps(x[1], x[3]));
+    x[0] = _mm_add_ps(t0, t2);
+    x[2] = _mm_sub_ps(t0, t2);
+    x[1] = _mm_add_ps(t1, t3);
+    x[3] = _mm_sub_ps(t1, t3);
+}
+
+// The 8-point DFT of x[0..7] in natural order, in place: two 4-point DFTs of
+// the even and odd values joined by the eighth roots of unity.
+template <bool Inv>
+inline void butterfly8(__m128* x) {
+    __m128 e[4] = {x[0], x[2], x[4], x[6]}, o[4] = {x[1], x[3], x[5], x[7]};
+    butterfly4<Inv>(e);
+    butterfly4<Inv>(o);
+    const __m128 c = _mm_set1_ps(COSPI4);
+    o[1] = _mm_mul_ps(c, _mm_add_ps(o[1], rotate<Inv>(o[1])));
+    o[2] = rotate<Inv>(o[2]);
+    o[3] = _mm_mul_ps(c, _mm_sub_ps(rotate<Inv>(o[3]), o[3]));
+    for (int q = 0; q < 4; ++q) {
+        x[q] = _mm_add_ps(e[q], o[q]);
+        x[q + 4] = _mm_sub_ps(e[q], o[q]);
+    }
+}
+
+inline __m128 loadPair(const float* lo, const float* hi) {
+    return _mm_loadh_pi(_mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(lo)),
+                        reinterpret_cast<const __m64*>(hi));
+}
+inline __m128 loadOne(const float* p) {
+    return _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(p));
+}
+inline void storeOne(float* p, __m128 v) { _mm_storel_pi(reinterpret_cast<__m64*>(p), v); }
+
+// Stores `count` results of two transforms: the low halves to lo[0..], the high halves to hi[0..].
+inline void storeSplit(float* lo, float* hi, const __m128* x, int count) {
+    for (int q = 0; q < count; q += 2) {
+        _mm_storeu_ps(lo + 2 * q, _mm_movelh_ps(x[q], x[q + 1]));
+        _mm_storeu_ps(hi + 2 * q, _mm_movehl_ps(x[q + 1], x[q]));
+    }
+}
+
+// ---- the in-cache radix-4 transform ----
+
+int firstSpan(int m) { return (m & 1) ? 8 : 4; }
+
+// First pass reading the source through the bit-reverse table: output block
+// p of length 4 (m even) or 8 (m odd) is the DFT of the values at
+// rev(p) + j*N/4 (or N/8). src and dst are different arrays.
+template <bool Inv>
+void firstPassGather(const float* src, float* dst, int m, const int32_t* rev) {
+    const size_t n = size_t(1) << m;
+    __m128 y[8];
+    if (!(m & 1)) {
+        const size_t quarter = n / 2;  // floats
+        for (size_t k = 0; k < n / 4; k += 2, dst += 16) {
+            const float *s0 = src + rev[k], *s1 = src + rev[k + 1];
+            for (int j = 0; j < 4; ++j) y[j] = loadPair(s0 + j * quarter, s1 + j * quarter);
+            butterfly4<Inv>(y);
+            storeSplit(dst, dst + 8, y, 4);
+        }
+        return;
+    }
+    const size_t eighth = n / 4, groups = n / 8;
+    if (groups == 1) {  // N = 8: a single block
+        for (int j = 0; j < 8; ++j) y[j] = loadOne(src + j * eighth);
+        butterfly8<Inv>(y);
+        for (int j = 0; j < 8; ++j) storeOne(dst + 2 * j, y[j]);
+        return;
+    }
+    for (size_t p = 0; p < groups; p += 2, dst += 32) {
+        const float *s0 = src + rev[2 * p], *s1 = src + rev[2 * p + 2];
+        for (int j = 0; j < 8; ++j) y[j] = loadPair(s0 + j * eighth, s1 + j * eighth);
+        butterfly8<Inv>(y);
+        storeSplit(dst, dst + 16, y, 8);
+    }
+}
+
+// First pass on data already in bit-reversed order, in place: position t of
+// a block holds input value rev(t) of its DFT.
+template <bool Inv>
+void firstPassInPlace(float* d, int m) {
+    const size_t n = size_t(1) << m;
+    __m128 y[8];
+    if (!(m & 1)) {
+        for (size_t k = 0; k < n / 4; k += 2, d += 16) {
+            const __m128 p0 = _mm_loadu_ps(d), q0 = _mm_loadu_ps(d + 4);
+            const __m128 p1 = _mm_loadu_ps(d + 8), q1 = _mm_loadu_ps(d + 12);
+            y[0] = _mm_movelh_ps(p0, p1);
+            y[2] = _mm_movehl_ps(p1, p0);
+            y[1] = _mm_movelh_ps(q0, q1);
+            y[3] = _mm_movehl_ps(q1, q0);
+            butterfly4<Inv>(y);
+            storeSplit(d, d + 8, y, 4);
+        }
+        return;
+    }
+    static const int rev3[4] = {0, 2, 1, 3};  // value pairs (t, t+1) hold inputs (rev3(t), rev3(t)+4)
+    for (size_t p = 0; p < n / 8; p += 2, d += 32) {
+        for (int t = 0; t < 4; ++t) {
+            const __m128 a = _mm_loadu_ps(d + 4 * t), b = _mm_loadu_ps(d + 16 + 4 * t);
+            y[rev3[t]] = _mm_movelh_ps(a, b);
+            y[rev3[t] + 4] = _mm_movehl_ps(b, a);
+        }
+        butterfly8<Inv>(y);
+        storeSplit(d, d + 16, y, 8);
+    }
+}
+
+// One radix-4 decimation-in-time stage over `n` complex values: each group of
+// four consecutive sub-transforms of length `span` (stored in bit-reversed
+// order: offsets 0, 2, 1, 3) becomes one transform of length 4*span.
+// Twiddles: 24 floats per two butterflies, the same for every group.
+template <bool Inv>
+void zeqs_cFft_Fact4_32fc(float* d, size_t n, size_t span, const float* tw) {
+    const size_t s2 = 2 * span;
+    for (size_t g = 0; g < n; g += 4 * span) {
+        float* p0 = d + 2 * g;
+        float *p1 = p0 + s2, *p2 = p1 + s2, *p3 = p2 + s2;
+        const float* w = tw;
+        for (size_t k = 0; k < s2; k += 4, w += 24) {
+            __m128 x[4] = {_mm_loadu_ps(p0 + k), cmul<Inv>(_mm_loadu_ps(p2 + k), w),
+                           cmul<Inv>(_mm_loadu_ps(p1 + k), w + 8), cmul<Inv>(_mm_loadu_ps(p3 + k), w + 16)};
+            butterfly4<Inv>(x);
+            _mm_storeu_ps(p0 + k, x[0]);
+            _mm_storeu_ps(p1 + k, x[1]);
+            _mm_storeu_ps(p2 + k, x[2]);
+            _mm_storeu_ps(p3 + k, x[3]);
+        }
+    }
+}
+
+// The last radix-2 stage joining two halves of `span` values each.
+template <bool Inv>
+void zeqs_cFft_Fact2_32fc(float* d, size_t span, const float* tw) {
+    float* p1 = d + 2 * span;
+    for (size_t k = 0; k < 2 * span; k += 4, tw += 8) {
+        const __m128 a = _mm_loadu_ps(d + k), b = cmul<Inv>(_mm_loadu_ps(p1 + k), tw);
+        _mm_storeu_ps(d + k, _mm_add_ps(a, b));
+        _mm_storeu_ps(p1 + k, _mm_sub_ps(a, b));
+    }
+}
+
+template <bool Inv>
+void radix4Stages(float* d, int m, const float* tw) {
+    const size_t n = size_t(1) << m;
+    for (size_t s = size_t(firstSpan(m)); 4 * s <= n; tw += 12 * s, s *= 4) zeqs_cFft_Fact4_32fc<Inv>(d, n, s, tw);
+}
+
+// Natural-order source to destination, the permutation fused into the first pass.
+template <bool Inv>
+void zeqs_cRadix4Norm_32fc(const float* src, float* dst, int m, const FftSpec& spec) {
+    firstPassGather<Inv>(src, dst, m, spec.bitRev);
+    radix4Stages<Inv>(dst, m, spec.twdL1);
+}
+
+// In place on data already in bit-reversed order.
+template <bool Inv>
+void zeqs_cRadix4_32fc(float* d, int m, const float* tw) {
+    firstPassInPlace<Inv>(d, m);
+    radix4Stages<Inv>(d, m, tw);
+}
+
+// ---- bit-reversal permutations (m >= 6) ----
+//
+// Index i = h * N/8 + mid * 8 + l (h, l three bits each) goes to
+// rev(l) * N/8 + rev(mid) * 8 + rev(h): every 8x8 tile of whole cache lines
+// is read once and written once, transposed with its rows and columns reversed.
+
+constexpr uint8_t kRev3[8] = {0, 4, 2, 6, 1, 5, 3, 7};
+
+inline size_t nextReversed(size_t cur, size_t half) {
+    size_t bit = half;
+    while (bit <= cur) {
+        cur -= bit;
+        bit >>= 1;
+    }
+    return cur + bit;
+}
+
+inline void readTile(const float* src, size_t rowStride, size_t mid, uint64_t* tile) {
+    for (size_t h = 0; h < 8; ++h) {
+        const float* row = src + 2 * (h * rowStride + mid * 8);
+        for (size_t l = 0; l < 8; ++l) std::memcpy(&tile[kRev3[l] * 8 + kRev3[h]], row + 2 * l, 8);
+    }
+}
+inline void writeTile(float* dst, size_t rowStride, size_t mid, const uint64_t* tile) {
+    for (size_t l = 0; l < 8; ++l) std::memcpy(dst + 2 * (l * rowStride + mid * 8), &tile[l * 8], 64);
+}
+
+void zeqs_BitRev2_C(const float* src, float* dst, int m) {
+    const size_t rowStride = size_t(1) << (m - 3), tiles = size_t(1) << (m - 6);
+    uint64_t tile[64];
+    for (size_t mid = 0, rmid = 0; mid < tiles; ++mid) {
+        readTile(src, rowStride, mid, tile);
+        writeTile(dst, rowStride, rmid, tile);
+        if (mid + 1 < tiles) rmid = nextReversed(rmid, tiles / 2);
+    }
+}
+
+void zeqs_BitRev1_C(float* d, int m) {
+    const size_t rowStride = size_t(1) << (m - 3), tiles = size_t(1) << (m - 6);
+    uint64_t a[64], b[64];
+    for (size_t mid = 0, rmid = 0; mid < tiles; ++mid) {
+        if (rmid == mid) {
+            readTile(d, rowStride, mid, a);
+            writeTile(d, rowStride, mid, a);
+        } else if (rmid > mid) {  // swap the two tiles
+            readTile(d, rowStride, mid, a);
+            readTile(d, rowStride, rmid, b);
+            writeTile(d, rowStride, rmid, a);
+            writeTile(d, rowStride, mid, b);
+        }
+        if (mid + 1 < tiles) rmid = nextReversed(rmid, tiles / 2);
+    }
+}
+
+// ---- the blocked transform (complex order >= 16, data bit-reversed) ----
+
+// `stepTwd` points at the step table of this nesting level; the next level's follows it.
+template <bool Inv>
+void cFftBlkStep(float* d, int m, float* const* stepTwd, const FftSpec& spec, float* buf, bool doScale) {
+    const int b = blkOrder(m), r = m - b;
+    const size_t blocks = size_t(1) << b, len = size_t(1) << r;
+    for (size_t j = 0; j < blocks; ++j) {
+        float* blk = d + 2 * j * len;
+        if (r > kFftInCacheOrder) {
+            cFftBlkStep<Inv>(blk, r, stepTwd + 1, spec, buf, doScale);
+        } else {
+            zeqs_cRadix4_32fc<Inv>(blk, r, spec.twdL1);
+            if (doScale) zeqs_rbMpy1_32f(spec.scale, blk, 2 * len);
+        }
+    }
+    // Cross-block stages on columns: the buffer holds `blocks` rows of `cols` values.
+    const size_t cols = size_t(1) << (bufOrder(m) - b), total = blocks * cols;
+    const float* tw = *stepTwd;
+    for (size_t c = 0; c < len; c += cols) {
+        for (size_t j = 0; j < blocks; ++j)  // zeqs_cFft_BlkMerge_32fc
+            std::memcpy(buf + 2 * j * cols, d + 2 * (j * len + c), 8 * cols);
+        size_t span = cols;
+        for (int t = 0; t < b / 2; ++t, tw += 12 * span, span *= 4) zeqs_cFft_Fact4_32fc<Inv>(buf, total, span, tw);
+        if (b & 1) {
+            zeqs_cFft_Fact2_32fc<Inv>(buf, span, tw);
+            tw += 4 * span;
+        }
+        for (size_t j = 0; j < blocks; ++j)  // zeqs_cFft_BlkSplit_32fc
+            std::memcpy(d + 2 * (j * len + c), buf + 2 * j * cols, 8 * cols);
+    }
+}
+
+template <bool Inv>
+void complexTransformDir(const float* src, float* dst, int m, const FftSpec& spec, float* buf, bool doScale) {
+    const size_t n = size_t(1) << m;
+    if (m < kFftInCacheOrder) {
+        if (src == dst) {  // the first pass reads scattered values: it needs an intact copy
+            std::memcpy(buf, src, 8 * n);
+            src = buf;
+        }
+        zeqs_cRadix4Norm_32fc<Inv>(src, dst, m, spec);
+        if (doScale) zeqs_rbMpy1_32f(spec.scale, dst, 2 * n);
+        return;
+    }
+    if (src == dst) zeqs_BitRev1_C(dst, m);
+    else zeqs_BitRev2_C(src, dst, m);
+    if (m == kFftInCacheOrder) {
+        zeqs_cRadix4_32fc<Inv>(dst, m, spec.twdL1);
+        if (doScale) zeqs_rbMpy1_32f(spec.scale, dst, 2 * n);
+    } else {
+        cFftBlkStep<Inv>(dst, m, spec.stepTwd, spec, buf, doScale);
+    }
+}
+
+}  // namespace
+
+void complexTransform(const float* src, float* dst, int m, const FftSpec& spec, float* buf, bool inverse,
+                      bool doScale) {
+    if (inverse) complexTransformDir<true>(src, dst, m, spec, buf, doScale);
+    else complexTransformDir<false>(src, dst, m, spec, buf, doScale);
+}
+
+// ---- straight-line kernels for N <= 8 ----
+
+void smallComplex(const float* src, float* dst, int order, bool inverse, const float* factor) {
+    const int n = 1 << order;
+    __m128 x[8];
+    for (int j = 0; j < n; ++j) x[j] = loadOne(src + 2 * j);
+    if (order == 1) {
+        const __m128 a = x[0];
+        x[0] = _mm_add_ps(a, x[1]);
+        x[1] = _mm_sub_ps(a, x[1]);
+    } else if (order == 2) {
+        inverse ? butterfly4<true>(x) : butterfly4<false>(x);
+    } else if (order == 3) {
+        inverse ? butterfly8<true>(x) : butterfly8<false>(x);
+    }
+    for (int j = 0; j < n; ++j) storeOne(dst + 2 * j, factor ? _mm_mul_ps(x[j], _mm_set1_ps(*factor)) : x[j]);
+}
+
+void smallRealFwd(const float* src, float* dst, int order, const float* factor) {
+    float r[8];
+    switch (order) {
+    case 0:
+        r[0] = src[0];
+        break;
+    case 1:
+        r[0] = src[0] + src[1];
+        r[1] = src[0] - src[1];
+        break;
+    case 2: {
+        const float a = src[0] + src[2], b = src[1] + src[3];
+        r[0] = a + b;
+        r[1] = a - b;
+        r[2] = src[0] - src[2];
+        r[3] = src[3] - src[1];
+        break;
+    }
+    default: {
+        // Two real 4-point DFTs (even and odd samples) joined by the eighth roots.
+        const float* x = src;
+        const float ea = x[0] + x[4], eb = x[2] + x[6], oa = x[1] + x[5], ob = x[3] + x[7];
+        const float e0 = ea + eb, e2 = ea - eb, e1r = x[0] - x[4], e1i = x[6] - x[2];
+        const float o0 = oa + ob, o2 = oa - ob, o1r = x[1] - x[5], o1i = x[7] - x[3];
+        const float sr = COSPI4 * (o1r + o1i), si = COSPI4 * (o1i - o1r);
+        r[0] = e0 + o0;
+        r[1] = e0 - o0;
+        r[2] = e1r + sr;
+        r[3] = e1i + si;
+        r[4] = e2;
+        r[5] = 0.0f - o2;
+        r[6] = e1r - sr;
+        r[7] = si - e1i;
+        break;
+    }
+    }
+    const int n = 1 << order;
+    for (int j = 0; j < n; ++j) dst[j] = factor ? r[j] * *factor : r[j];
+}
+
+void smallRealInv(float* x, int order, const float* factor) {
+    float r[8];
+    switch (order) {
+    case 0:
+        r[0] = x[0];
+        break;
+    case 1:
+        r[0] = x[0] + x[1];
+        r[1] = x[0] - x[1];
+        break;
+    case 2: {  // (R0, R2, R1, I1)
+        const float a = x[0] + x[1], b = x[0] - x[1], c = x[2] + x[2], d = x[3] + x[3];
+        r[0] = a + c;
+        r[2] = a - c;
+        r[1] = b - d;
+        r[3] = b + d;
+        break;
+    }
+    default: {  // (R0, R4, R1, I1, R2, I2, R3, I3)
+        // Undo the join: 2E[k] = X[k] + X[k+4], 2O[k] = (X[k] - X[k+4]) / W^k.
+        const float e0 = x[0] + x[1], o0 = x[0] - x[1];
+        const float e2 = x[4] + x[4], o2 = 0.0f - (x[5] + x[5]);
+        const float e1r = x[2] + x[6], e1i = x[3] - x[7];
+        const float dr = x[2] - x[6], di = x[3] + x[7];
+        const float o1r = COSPI4 * (dr - di), o1i = COSPI4 * (dr + di);
+        // Real inverse 4-point DFTs of (E0, E1, E2, conj E1) and of O.
+        const float ea = e0 + e2, eb = e0 - e2, ec = e1r + e1r, ed = e1i + e1i;
+        const float oa = o0 + o2, ob = o0 - o2, oc = o1r + o1r, od = o1i + o1i;
+        r[0] = ea + ec;
+        r[4] = ea - ec;
+        r[2] = eb - ed;
+        r[6] = eb + ed;
+        r[1] = oa + oc;
+        r[5] = oa - oc;
+        r[3] = ob - od;
+        r[7] = ob + od;
+        break;
+    }
+    }
+    const int n = 1 << order;
+    for (int j = 0; j < n; ++j) x[j] = factor ? r[j] * *factor : r[j];
+}
+
+// ---- real recombination ----
+
+namespace {
+// Table pair of k (k >= 1): groups of four c values then four s values.
+inline size_t recIndex(size_t k) { return ((k - 1) / 4) * 8 + (k - 1) % 4; }
+}  // namespace
+
+void zeqs_cRealRecombine_32f(float* x, size_t n, const float* tab) {
+    const float re0 = x[0], im0 = x[1];
+    x[0] = re0 + im0;
+    x[1] = re0 - im0;
+    const size_t quarter = n / 4;
+    for (size_t k = 1; k < quarter; ++k) {
+        const float c = tab[recIndex(k)], s = tab[recIndex(k) + 4];
+        float *a = x + 2 * k, *b = x + n - 2 * k;
+        const float ar = a[0], ai = a[1], br = b[0], bi = b[1];
+        const float d = ar - br, e = ai + bi;
+        const float p = c * e + s * d, q = s * e - c * d;
+        a[0] = br + p;
+        a[1] = q - bi;
+        b[0] = ar - p;
+        b[1] = q - ai;
+    }
+    x[2 * quarter + 1] = -x[2 * quarter + 1];
+}
+
+void zeqs_cCcsRecombine_32f(float* x, size_t n, const float* tab) {
+    const float r0 = x[0], rh = x[1];
+    x[0] = r0 + rh;
+    x[1] = r0 - rh;
+    const size_t quarter = n / 4;
+    for (size_t k = 1; k < quarter; ++k) {
+        const float c = tab[recIndex(k)], s = tab[recIndex(k) + 4];
+        float *a = x + 2 * k, *b = x + n - 2 * k;
+        const float ar = a[0], ai = a[1], br = b[0], bi = b[1];
+        const float d = ar - br, g = ai + bi, h = ai - bi;
+        const float p = s * g + c * d, q = s * d - c * g;
+        const float sum = ar + br;
+        a[0] = sum + q;
+        a[1] = h + p;
+        b[0] = sum - q;
+        b[1] = p - h;
+    }
+    const float mr = x[2 * quarter], mi = x[2 * quarter + 1];
+    x[2 * quarter] = 2.0f * mr;
+    x[2 * quarter + 1] = -2.0f * mi;
+}
+
+// From the end towards the start; the vector part on 16-byte-aligned addresses.
+void zeqs_rbMpy1_32f(float factor, float* data, size_t count) {
+    size_t i = count;
+    while (i > 0 && (reinterpret_cast<uintptr_t>(data + i) & 15)) {
+        --i;
+        data[i] *= factor;
+    }
+    const __m128 f = _mm_set1_ps(factor);
+    if (!(reinterpret_cast<uintptr_t>(data + i) & 15)) {
+        for (; i >= 8; i -= 8) {
+            float* p = data + i - 8;
+            _mm_store_ps(p + 4, _mm_mul_ps(_mm_load_ps(p + 4), f));
+            _mm_store_ps(p, _mm_mul_ps(_mm_load_ps(p), f));
+        }
+    }
+    while (i > 0) {
+        --i;
+        data[i] *= factor;
+    }
+}
+
+}  // namespace zq
