@@ -1,0 +1,276 @@
+// Two-dimensional real FFT of power-of-two images, composed of the
+// one-dimensional transforms: a real transform along every row, then down the
+// columns a real transform for columns 0 and W-1 and complex transforms for
+// the (re, im) column pairs between them.
+//
+// Columns are gathered into contiguous arrays of the work buffer, transformed
+// there and scattered back. Complex column pairs go four at a time, so every
+// row visit moves 32 bytes instead of 8.
+#include "fft/zqcvfft2d.h"
+
+#include "core/zqcvcore.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+using Spec = ZeqiFFTSpec_R_32f;
+
+// ---- gathers and scatters between an image column and contiguous arrays ----
+
+inline const float* rowOf(const float* base, ptrdiff_t step, int y) { return zq::row(base, step, y); }
+inline float* rowOf(float* base, ptrdiff_t step, int y) { return zq::row(base, step, y); }
+
+void gatherColumn(const float* img, ptrdiff_t step, int x, int h, float* col) {
+    for (int y = 0; y < h; ++y) col[y] = rowOf(img, step, y)[x];
+}
+
+void scatterColumn(const float* col, float* img, ptrdiff_t step, int x, int h) {
+    for (int y = 0; y < h; ++y) rowOf(img, step, y)[x] = col[y];
+}
+
+// Columns (x, x+1) as h complex values; h is even and `col` 16-byte aligned.
+void gatherPair(const float* img, ptrdiff_t step, int x, int h, float* col) {
+    for (int y = 0; y < h; y += 2) {
+        __m128 v = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(rowOf(img, step, y) + x));
+        v = _mm_loadh_pi(v, reinterpret_cast<const __m64*>(rowOf(img, step, y + 1) + x));
+        _mm_store_ps(col + 2 * y, v);
+    }
+}
+
+void scatterPair(const float* col, float* img, ptrdiff_t step, int x, int h) {
+    for (int y = 0; y < h; y += 2) {
+        const __m128 v = _mm_load_ps(col + 2 * y);
+        _mm_storel_pi(reinterpret_cast<__m64*>(rowOf(img, step, y) + x), v);
+        _mm_storeh_pi(reinterpret_cast<__m64*>(rowOf(img, step, y + 1) + x), v);
+    }
+}
+
+// Columns x .. x+7, four complex columns, into arrays of h complex values at
+// col, col + 2h, col + 4h and col + 6h. Two rows at a time, so each array
+// receives whole aligned 16-byte stores.
+void gatherQuad(const float* img, ptrdiff_t step, int x, int h, float* col) {
+    float* a0 = col;
+    float* a1 = col + 2 * h;
+    float* a2 = col + 4 * h;
+    float* a3 = col + 6 * h;
+    for (int y = 0; y < h; y += 2) {
+        const float* r0 = rowOf(img, step, y) + x;
+        const float* r1 = rowOf(img, step, y + 1) + x;
+        const __m128 lo0 = _mm_loadu_ps(r0), hi0 = _mm_loadu_ps(r0 + 4);
+        const __m128 lo1 = _mm_loadu_ps(r1), hi1 = _mm_loadu_ps(r1 + 4);
+        _mm_store_ps(a0 + 2 * y, _mm_movelh_ps(lo0, lo1));
+        _mm_store_ps(a1 + 2 * y, _mm_movehl_ps(lo1, lo0));
+        _mm_store_ps(a2 + 2 * y, _mm_movelh_ps(hi0, hi1));
+        _mm_store_ps(a3 + 2 * y, _mm_movehl_ps(hi1, hi0));
+    }
+}
+
+void scatterQuad(const float* col, float* img, ptrdiff_t step, int x, int h) {
+    const float* a0 = col;
+    const float* a1 = col + 2 * h;
+    const float* a2 = col + 4 * h;
+    const float* a3 = col + 6 * h;
+    for (int y = 0; y < h; y += 2) {
+        const __m128 v0 = _mm_load_ps(a0 + 2 * y), v1 = _mm_load_ps(a1 + 2 * y);
+        const __m128 v2 = _mm_load_ps(a2 + 2 * y), v3 = _mm_load_ps(a3 + 2 * y);
+        float* r0 = rowOf(img, step, y) + x;
+        float* r1 = rowOf(img, step, y + 1) + x;
+        _mm_storeu_ps(r0, _mm_movelh_ps(v0, v1));
+        _mm_storeu_ps(r0 + 4, _mm_movelh_ps(v2, v3));
+        _mm_storeu_ps(r1, _mm_movehl_ps(v1, v0));
+        _mm_storeu_ps(r1 + 4, _mm_movehl_ps(v3, v2));
+    }
+}
+
+// ---- the two directions over the one-dimensional transforms ----
+
+struct Forward {
+    static ZeqStatus real(const float* s, float* d, const ZeqsFFTSpec_R_32f* spec, Zeq8u* work) {
+        return zeqsFFTFwd_RToPack_32f(s, d, spec, work);
+    }
+    static ZeqStatus complex(float* sd, const ZeqsFFTSpec_C_32fc* spec, Zeq8u* work) {
+        Zeq32fc* z = reinterpret_cast<Zeq32fc*>(sd);
+        return zeqsFFTFwd_CToC_32fc(z, z, spec, work);
+    }
+};
+
+struct Inverse {
+    static ZeqStatus real(const float* s, float* d, const ZeqsFFTSpec_R_32f* spec, Zeq8u* work) {
+        return zeqsFFTInv_PackToR_32f(s, d, spec, work);
+    }
+    static ZeqStatus complex(float* sd, const ZeqsFFTSpec_C_32fc* spec, Zeq8u* work) {
+        Zeq32fc* z = reinterpret_cast<Zeq32fc*>(sd);
+        return zeqsFFTInv_CToC_32fc(z, z, spec, work);
+    }
+};
+
+inline Zeq8u* bytes(float* p) { return reinterpret_cast<Zeq8u*>(p); }
+
+const ZeqsFFTSpec_R_32f* columnRealSpec(const Spec& s) { return s.colReal ? s.colReal : s.row; }
+
+// A real column x of `src`, transformed into column x of `dst`.
+template <class Dir>
+ZeqStatus realColumn(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t dstStep, int x, const Spec& s,
+                     float* buf) {
+    const int h = 1 << s.orderY;
+    gatherColumn(src, srcStep, x, h, buf);
+    ZQ_CHECK(Dir::real(buf, buf, columnRealSpec(s), bytes(buf + h)));
+    scatterColumn(buf, dst, dstStep, x, h);
+    return zeqStsOk;
+}
+
+// Every column of an image of at least two rows and two columns, from `src`
+// to `dst` (the same image in the forward direction).
+template <class Dir>
+ZeqStatus columns(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t dstStep, const Spec& s, float* buf) {
+    const int w = 1 << s.orderX, h = 1 << s.orderY;
+    ZQ_CHECK(realColumn<Dir>(src, srcStep, dst, dstStep, 0, s, buf));
+
+    // Column pairs (x, x+1) for odd x < w-1: groups of eight columns while whole groups fit.
+    const int grouped = (w - 1) & ~7;
+    int x = 1;
+    for (; x <= grouped; x += 8) {
+        gatherQuad(src, srcStep, x, h, buf);
+        for (int k = 0; k < 4; ++k) ZQ_CHECK(Dir::complex(buf + 2 * h * k, s.colCplx, bytes(buf + 8 * h)));
+        scatterQuad(buf, dst, dstStep, x, h);
+    }
+    for (; x < w - 1; x += 2) {
+        gatherPair(src, srcStep, x, h, buf);
+        ZQ_CHECK(Dir::complex(buf, s.colCplx, bytes(buf + 2 * h)));
+        scatterPair(buf, dst, dstStep, x, h);
+    }
+
+    return realColumn<Dir>(src, srcStep, dst, dstStep, w - 1, s, buf);
+}
+
+// One row (H = 1) or one column (W = 1): the one-dimensional transform of it.
+template <class Dir>
+ZeqStatus line(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t dstStep, const Spec& s, float* buf) {
+    if (s.orderY == 0) return Dir::real(src, dst, s.row, bytes(buf));
+    if (srcStep == 4 && dstStep == 4)  // a contiguous column
+        return Dir::real(src, dst, columnRealSpec(s), bytes(buf));
+    return realColumn<Dir>(src, srcStep, dst, dstStep, 0, s, buf);
+}
+
+// The work memory of one call: the caller's buffer rounded up to 16 bytes, or
+// a block of bufSize bytes that lives as long as the call.
+class WorkBuffer {
+public:
+    WorkBuffer(Zeq8u* given, int size)
+        : owned_(given ? nullptr : zeqsMalloc_8u(size)),
+          base_(given ? reinterpret_cast<Zeq8u*>((reinterpret_cast<uintptr_t>(given) + 15) & ~uintptr_t(15))
+                      : owned_) {}
+    ~WorkBuffer() { zeqsFree(owned_); }
+    WorkBuffer(const WorkBuffer&) = delete;
+    WorkBuffer& operator=(const WorkBuffer&) = delete;
+
+    float* floats() const { return reinterpret_cast<float*>(base_); }
+
+private:
+    Zeq8u* owned_;
+    Zeq8u* base_;
+};
+
+ZeqStatus checkTransform(const void* pSrc, int srcStep, const void* pDst, int dstStep, const Spec* pSpec) {
+    ZQ_CHECK(zq::nonNull(pSpec));
+    if (pSpec->specId != zq::kSpec2DId) return zeqStsContextMatch;
+    ZQ_CHECK(zq::nonNull(pSrc, pDst));
+    return zq::stepsPositive(srcStep, dstStep);
+}
+
+void freeParts(Spec* s) {
+    s->specId = 0;
+    if (s->reserved) zeqsFFTFree_C_32fc(s->reserved);
+    if (s->colCplx) zeqsFFTFree_C_32fc(s->colCplx);
+    if (s->row) zeqsFFTFree_R_32f(s->row);
+    if (s->colReal) zeqsFFTFree_R_32f(s->colReal);
+    zeqsFree(s);
+}
+
+// The one-dimensional specifications and the work size of a record whose
+// orders are set. On failure the caller frees what was made.
+ZeqStatus buildParts(Spec* s, int flag, int hint) {
+    ZQ_CHECK(zeqsFFTInitAlloc_R_32f(&s->row, s->orderX, flag, hint));
+    if (s->orderX != s->orderY) ZQ_CHECK(zeqsFFTInitAlloc_R_32f(&s->colReal, s->orderY, flag, hint));
+    ZQ_CHECK(zeqsFFTInitAlloc_C_32fc(&s->colCplx, s->orderY, flag, hint));
+
+    int rowBuf = 0, colRealBuf = 0, colCplxBuf = 0;
+    ZQ_CHECK(zeqsFFTGetBufSize_R_32f(s->row, &rowBuf));
+    ZQ_CHECK(zeqsFFTGetBufSize_R_32f(columnRealSpec(*s), &colRealBuf));
+    ZQ_CHECK(zeqsFFTGetBufSize_C_32fc(s->colCplx, &colCplxBuf));
+    // Room for a row's work; a real column and its work; four complex columns and their work.
+    const int64_t w = int64_t(1) << s->orderX, h = int64_t(1) << s->orderY;
+    const int64_t size = std::max({16 * w + rowBuf, 16 * h + colRealBuf, 64 * h + colCplxBuf}) + 16;
+    if (size > INT_MAX) return zeqStsNoMem;  // no block of that size can be described
+    s->bufSize = int(size);
+    return zeqStsOk;
+}
+
+}  // namespace
+
+ZeqStatus zeqiFFTInitAlloc_R_32f(ZeqiFFTSpec_R_32f** ppSpec, int orderX, int orderY, int flag, int hint) {
+    ZQ_CHECK(zq::nonNull(ppSpec));
+    if (orderX < 0 || orderX > 30 || orderY < 0 || orderY > 30) return zeqStsFftOrder;
+    Spec* s = reinterpret_cast<Spec*>(zeqsMalloc_8u(int(sizeof(Spec))));
+    if (!s) return zeqStsNoMem;
+    std::memset(static_cast<void*>(s), 0, sizeof(Spec));
+    s->specId = zq::kSpec2DId;
+    s->orderX = orderX;
+    s->orderY = orderY;
+    s->hint = hint;
+    if (const ZeqStatus st = buildParts(s, flag, hint)) {
+        freeParts(s);
+        return st;
+    }
+    *ppSpec = s;
+    return zeqStsOk;
+}
+
+ZeqStatus zeqiFFTFree_R_32f(ZeqiFFTSpec_R_32f* pSpec) {
+    ZQ_CHECK(zq::nonNull(pSpec));
+    if (pSpec->specId != zq::kSpec2DId) return zeqStsContextMatch;
+    freeParts(pSpec);
+    return zeqStsOk;
+}
+
+ZeqStatus zeqiFFTGetBufSize_R_32f(const ZeqiFFTSpec_R_32f* pSpec, int* pSize) {
+    ZQ_CHECK(zq::nonNull(pSpec, pSize));
+    if (pSpec->specId != zq::kSpec2DId) return zeqStsContextMatch;
+    *pSize = pSpec->bufSize;
+    return zeqStsOk;
+}
+
+ZeqStatus zeqiFFTFwd_RToPack_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+                                     const ZeqiFFTSpec_R_32f* pSpec, Zeq8u* pBuffer) {
+    ZQ_CHECK(checkTransform(pSrc, srcStep, pDst, dstStep, pSpec));
+    const WorkBuffer work(pBuffer, pSpec->bufSize);
+    float* buf = work.floats();
+    if (!buf) return zeqStsNoMem;
+    if (pSpec->orderX == 0 || pSpec->orderY == 0) return line<Forward>(pSrc, srcStep, pDst, dstStep, *pSpec, buf);
+
+    const int h = 1 << pSpec->orderY;
+    for (int y = 0; y < h; ++y)
+        ZQ_CHECK(Forward::real(rowOf(pSrc, srcStep, y), rowOf(pDst, dstStep, y), pSpec->row, bytes(buf)));
+    return columns<Forward>(pDst, dstStep, pDst, dstStep, *pSpec, buf);
+}
+
+ZeqStatus zeqiFFTInv_PackToR_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+                                     const ZeqiFFTSpec_R_32f* pSpec, Zeq8u* pBuffer) {
+    ZQ_CHECK(checkTransform(pSrc, srcStep, pDst, dstStep, pSpec));
+    const WorkBuffer work(pBuffer, pSpec->bufSize);
+    float* buf = work.floats();
+    if (!buf) return zeqStsNoMem;
+    if (pSpec->orderX == 0 || pSpec->orderY == 0) return line<Inverse>(pSrc, srcStep, pDst, dstStep, *pSpec, buf);
+
+    ZQ_CHECK(columns<Inverse>(pSrc, srcStep, pDst, dstStep, *pSpec, buf));
+    const int h = 1 << pSpec->orderY;
+    for (int y = 0; y < h; ++y) {
+        float* r = rowOf(pDst, dstStep, y);
+        ZQ_CHECK(Inverse::real(r, r, pSpec->row, bytes(buf)));
+    }
+    return zeqStsOk;
+}
