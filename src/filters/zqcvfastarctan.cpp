@@ -1,6 +1,8 @@
 // Fast arctangent: direction angles in degrees of (x, y) vectors, about 0.15
-// degree accurate, four elements a register and no branches.
+// degree accurate, a register of elements at a time and no branches.
 #include "core/zqcvsimd.h"
+
+#include <immintrin.h>
 
 #include <cstring>
 
@@ -34,8 +36,42 @@ inline __m128 ownFastArctan4(__m128 y, __m128 x) {
     return mirror(a, _mm_set1_ps(360.0f), _mm_cmplt_ps(y, zero));
 }
 
-void ownFastArctan_32f(const Zeq32f* pSrcY, const Zeq32f* pSrcX, Zeq32f* pDst, int len) {
+#define ZQ_AVX512 __attribute__((target("avx2,avx512f,avx512vl")))
+
+ZQ_AVX512 inline __m256 splat(uint32_t bits) { return _mm256_castsi256_ps(_mm256_set1_epi32(int(bits))); }
+
+// The same arithmetic eight at a time, the corrections as masked subtractions
+// (a blend per correction costs more). The reciprocal estimate of the 256-bit
+// instruction equals that of the 128-bit one, so results are identical.
+ZQ_AVX512 inline __m256 ownFastArctan8(__m256 y, __m256 x) {
+    const __m256 absMask = splat(0x7fffffffu);
+    const __m256 ax = _mm256_and_ps(x, absMask), ay = _mm256_and_ps(y, absMask);
+    const __m256 mx = _mm256_max_ps(_mm256_max_ps(ax, ay), splat(0x322BCC77u));
+    const __m256 mn = _mm256_min_ps(ax, ay);
+    const __m256 r0 = _mm256_rcp_ps(mx);
+    const __m256 r = _mm256_sub_ps(_mm256_add_ps(r0, r0), _mm256_mul_ps(_mm256_mul_ps(mx, r0), r0));
+    const __m256 t = _mm256_mul_ps(mn, r);
+    __m256 a = _mm256_mul_ps(_mm256_add_ps(_mm256_mul_ps(splat(0xC17D02D3u), t), splat(0x42746075u)), t);
+    a = _mm256_add_ps(a, splat(0xBE0FDF57u));
+
+    const __m256 zero = _mm256_setzero_ps();
+    a = _mm256_mask_sub_ps(a, _mm256_cmp_ps_mask(ax, ay, _CMP_LT_OQ), _mm256_set1_ps(90.0f), a);
+    a = _mm256_mask_sub_ps(a, _mm256_cmp_ps_mask(x, zero, _CMP_LT_OQ), _mm256_set1_ps(180.0f), a);
+    return _mm256_mask_sub_ps(a, _mm256_cmp_ps_mask(y, zero, _CMP_LT_OQ), _mm256_set1_ps(360.0f), a);
+}
+
+// Whole registers of eight; returns how many elements were done.
+ZQ_AVX512 int ownFastArctan_32f_Avx512(const Zeq32f* pSrcY, const Zeq32f* pSrcX, Zeq32f* pDst, int len) {
     int i = 0;
+    for (; i + 8 <= len; i += 8)
+        _mm256_storeu_ps(pDst + i, ownFastArctan8(_mm256_loadu_ps(pSrcY + i), _mm256_loadu_ps(pSrcX + i)));
+    return i;
+}
+
+const bool kHaveAvx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl");
+
+void ownFastArctan_32f(const Zeq32f* pSrcY, const Zeq32f* pSrcX, Zeq32f* pDst, int len) {
+    int i = kHaveAvx512 ? ownFastArctan_32f_Avx512(pSrcY, pSrcX, pDst, len) : 0;
     for (; i + 4 <= len; i += 4)
         _mm_storeu_ps(pDst + i, ownFastArctan4(_mm_loadu_ps(pSrcY + i), _mm_loadu_ps(pSrcX + i)));
     const int rest = len - i;
