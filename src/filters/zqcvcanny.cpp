@@ -9,6 +9,7 @@
 // neighbours, depth first.
 #include "core/zqcvsimd.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -19,7 +20,10 @@ namespace {
 constexpr double kTan67 = 2.414213562373095;
 constexpr double kTan22 = 0.41421356237309503;
 
-constexpr Zeq8u kCandidate = 0x80;
+// Marks of the pixels that survive suppression. While the detector runs,
+// those already in the result carry kEdge instead; they become kCandidate
+// again when the result is written.
+constexpr Zeq8u kCandidate = 0x80, kEdge = 0xff;
 
 // Direction codes of the map before suppression.
 enum : Zeq8u { kNone = 0, kHorizontal = 1, kDiagonalOpposite = 2, kVertical = 3, kDiagonalSame = 4 };
@@ -87,68 +91,95 @@ inline __m128i select(__m128i mask, __m128i yes, __m128i no) {
     return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
 }
 
-// Codes (32-bit lanes) and magnitudes of four pixels; `differ` has all bits
-// set in the lanes whose derivatives have different sign bits.
-struct Gradient4 {
-    __m128i code;
-    __m128 mag;
+inline __m128i packMasks(__m128 m0, __m128 m1) {
+    return _mm_packs_epi32(_mm_castps_si128(m0), _mm_castps_si128(m1));
+}
+
+// |dx|, |dy| of eight pixels (two registers each) and a 16-bit lane mask of
+// the pixels whose derivatives differ in sign.
+struct Abs8 {
+    __m128 a0, a1, b0, b1;
+    __m128i differ;
 };
-inline Gradient4 gradient4(__m128 a, __m128 b, __m128i differ, __m128 low) {
-    const __m128 m = _mm_add_ps(a, b);
-    const __m128i valid = _mm_castps_si128(_mm_cmpgt_ps(m, low));
-    const __m128i steep = _mm_castps_si128(_mm_cmpgt_ps(b, scaledInDouble(a, _mm_set1_pd(kTan67))));
-    const __m128i diagonal = _mm_castps_si128(_mm_cmpge_ps(b, scaledInDouble(a, _mm_set1_pd(kTan22))));
-    __m128i code = select(differ, _mm_set1_epi32(kDiagonalOpposite), _mm_set1_epi32(kDiagonalSame));
-    code = select(diagonal, code, _mm_set1_epi32(kHorizontal));
-    code = select(steep, _mm_set1_epi32(kVertical), code);
-    return {_mm_and_si128(code, valid), _mm_and_ps(m, _mm_castsi128_ps(valid))};
-}
 
-inline void storeGradient8(const Gradient4& g0, const Gradient4& g1, Zeq8u* dir, Zeq32f* mag) {
-    const __m128i codes = _mm_packs_epi32(g0.code, g1.code);
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(dir), _mm_packus_epi16(codes, codes));
-    _mm_storeu_ps(mag, g0.mag);
-    _mm_storeu_ps(mag + 4, g1.mag);
-}
-
-// One roi row into the interior of one framed row of each map.
-void gradientRow(const Zeq16s* dx, const Zeq16s* dy, int w, float low, Zeq8u* dir, Zeq32f* mag) {
-    const __m128 lowV = _mm_set1_ps(low);
+inline Abs8 load8(const Zeq16s* dx, const Zeq16s* dy) {
     const __m128i zero = _mm_setzero_si128();
-    int x = 0;
-    for (; x + 8 <= w; x += 8) {
-        const __m128i vx = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dx + x));
-        const __m128i vy = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dy + x));
-        // |d| in 16 bits wraps -32768 onto itself, which read unsigned is 32768.
-        const __m128i sx = _mm_srai_epi16(vx, 15), sy = _mm_srai_epi16(vy, 15);
-        const __m128i ax = _mm_sub_epi16(_mm_xor_si128(vx, sx), sx);
-        const __m128i ay = _mm_sub_epi16(_mm_xor_si128(vy, sy), sy);
-        const __m128i differ = _mm_xor_si128(sx, sy);
-        const Gradient4 g0 = gradient4(_mm_cvtepi32_ps(_mm_unpacklo_epi16(ax, zero)),
-                                       _mm_cvtepi32_ps(_mm_unpacklo_epi16(ay, zero)),
-                                       _mm_unpacklo_epi16(differ, differ), lowV);
-        const Gradient4 g1 = gradient4(_mm_cvtepi32_ps(_mm_unpackhi_epi16(ax, zero)),
-                                       _mm_cvtepi32_ps(_mm_unpackhi_epi16(ay, zero)),
-                                       _mm_unpackhi_epi16(differ, differ), lowV);
-        storeGradient8(g0, g1, dir + x, mag + x);
-    }
-    for (; x < w; ++x) gradientPixel(absOf(dx[x]), absOf(dy[x]), signOf(dx[x]) != signOf(dy[x]), low, dir + x, mag + x);
+    const __m128i vx = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dx));
+    const __m128i vy = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dy));
+    // |d| in 16 bits wraps -32768 onto itself, which read unsigned is 32768.
+    const __m128i sx = _mm_srai_epi16(vx, 15), sy = _mm_srai_epi16(vy, 15);
+    const __m128i ax = _mm_sub_epi16(_mm_xor_si128(vx, sx), sx);
+    const __m128i ay = _mm_sub_epi16(_mm_xor_si128(vy, sy), sy);
+    return {_mm_cvtepi32_ps(_mm_unpacklo_epi16(ax, zero)), _mm_cvtepi32_ps(_mm_unpackhi_epi16(ax, zero)),
+            _mm_cvtepi32_ps(_mm_unpacklo_epi16(ay, zero)), _mm_cvtepi32_ps(_mm_unpackhi_epi16(ay, zero)),
+            _mm_xor_si128(sx, sy)};
 }
 
-void gradientRow(const Zeq32f* dx, const Zeq32f* dy, int w, float low, Zeq8u* dir, Zeq32f* mag) {
-    const __m128 lowV = _mm_set1_ps(low);
+inline Abs8 load8(const Zeq32f* dx, const Zeq32f* dy) {
     const __m128 absMask = _mm_castsi128_ps(_mm_set1_epi32(0x7fffffff));
-    auto four = [&](const Zeq32f* px, const Zeq32f* py) {
-        const __m128 vx = _mm_loadu_ps(px), vy = _mm_loadu_ps(py);
-        const __m128i differ = _mm_srai_epi32(_mm_castps_si128(_mm_xor_ps(vx, vy)), 31);
-        return gradient4(_mm_and_ps(vx, absMask), _mm_and_ps(vy, absMask), differ, lowV);
-    };
-    int x = 0;
-    for (; x + 8 <= w; x += 8) storeGradient8(four(dx + x, dy + x), four(dx + x + 4, dy + x + 4), dir + x, mag + x);
-    for (; x < w; ++x) {
-        const uint32_t bx = bitsAt(dx + x), by = bitsAt(dy + x);
-        gradientPixel(absOf(bx), absOf(by), ((bx ^ by) >> 31) != 0, low, dir + x, mag + x);
+    const __m128 x0 = _mm_loadu_ps(dx), x1 = _mm_loadu_ps(dx + 4);
+    const __m128 y0 = _mm_loadu_ps(dy), y1 = _mm_loadu_ps(dy + 4);
+    const __m128i differ = _mm_packs_epi32(_mm_srai_epi32(_mm_castps_si128(_mm_xor_ps(x0, y0)), 31),
+                                           _mm_srai_epi32(_mm_castps_si128(_mm_xor_ps(x1, y1)), 31));
+    return {_mm_and_ps(x0, absMask), _mm_and_ps(x1, absMask), _mm_and_ps(y0, absMask), _mm_and_ps(y1, absMask),
+            differ};
+}
+
+// Magnitudes of eight pixels, zero where not above the low threshold;
+// returns whether any is above.
+inline bool magnitude8(const Abs8& v, __m128 low, Zeq32f* mag) {
+    const __m128 m0 = _mm_add_ps(v.a0, v.b0), m1 = _mm_add_ps(v.a1, v.b1);
+    const __m128 valid0 = _mm_cmpgt_ps(m0, low), valid1 = _mm_cmpgt_ps(m1, low);
+    _mm_storeu_ps(mag, _mm_and_ps(m0, valid0));
+    _mm_storeu_ps(mag + 4, _mm_and_ps(m1, valid1));
+    return _mm_movemask_ps(_mm_or_ps(valid0, valid1)) != 0;
+}
+
+// Direction codes of eight pixels, 0 where not above the low threshold.
+inline void direction8(const Abs8& v, __m128 low, Zeq8u* dir) {
+    const __m128i valid = packMasks(_mm_cmpgt_ps(_mm_add_ps(v.a0, v.b0), low), _mm_cmpgt_ps(_mm_add_ps(v.a1, v.b1), low));
+    const __m128d k67 = _mm_set1_pd(kTan67), k22 = _mm_set1_pd(kTan22);
+    const __m128i steep =
+        packMasks(_mm_cmpgt_ps(v.b0, scaledInDouble(v.a0, k67)), _mm_cmpgt_ps(v.b1, scaledInDouble(v.a1, k67)));
+    const __m128i diagonal =
+        packMasks(_mm_cmpge_ps(v.b0, scaledInDouble(v.a0, k22)), _mm_cmpge_ps(v.b1, scaledInDouble(v.a1, k22)));
+    __m128i code = select(v.differ, _mm_set1_epi16(kDiagonalOpposite), _mm_set1_epi16(kDiagonalSame));
+    code = select(diagonal, code, _mm_set1_epi16(kHorizontal));
+    code = select(steep, _mm_set1_epi16(kVertical), code);
+    code = _mm_and_si128(code, valid);
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(dir), _mm_packus_epi16(code, code));
+}
+
+inline void gradientPixel(const Zeq16s* dx, const Zeq16s* dy, float low, Zeq8u* dir, Zeq32f* mag) {
+    gradientPixel(absOf(*dx), absOf(*dy), signOf(*dx) != signOf(*dy), low, dir, mag);
+}
+inline void gradientPixel(const Zeq32f* dx, const Zeq32f* dy, float low, Zeq8u* dir, Zeq32f* mag) {
+    const uint32_t bx = bitsAt(dx), by = bitsAt(dy);
+    gradientPixel(absOf(bx), absOf(by), ((bx ^ by) >> 31) != 0, low, dir, mag);
+}
+
+// One roi row into the interior of one framed row of each map. Magnitudes go
+// first, a chunk of 64 groups of eight at a time; the costly direction codes
+// are then computed only for the groups with a pixel above the low threshold,
+// which a bit loop visits without mispredicted branches.
+template <class T>
+void gradientRow(const T* dx, const T* dy, int w, float low, Zeq8u* dir, Zeq32f* mag) {
+    const __m128 lowV = _mm_set1_ps(low);
+    int x0 = 0;
+    for (; x0 + 8 <= w; x0 += 512) {
+        const int groups = std::min(64, (w - x0) / 8);
+        uint64_t busy = 0;
+        for (int g = 0; g < groups; ++g) {
+            const int x = x0 + 8 * g;
+            busy |= uint64_t(magnitude8(load8(dx + x, dy + x), lowV, mag + x)) << g;
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(dir + x), _mm_setzero_si128());
+        }
+        for (; busy != 0; busy &= busy - 1) {
+            const int x = x0 + 8 * __builtin_ctzll(busy);
+            direction8(load8(dx + x, dy + x), lowV, dir + x);
+        }
     }
+    for (int x = w & ~7; x < w; ++x) gradientPixel(dx + x, dy + x, low, dir + x, mag + x);
 }
 
 // ---- suppression ----
@@ -165,8 +196,7 @@ inline bool survives(const Zeq32f* mag, Zeq8u code, ptrdiff_t stride) {
 }
 
 inline __m128i packMasks(__m128 m0, __m128 m1, __m128 m2, __m128 m3) {
-    return _mm_packs_epi16(_mm_packs_epi32(_mm_castps_si128(m0), _mm_castps_si128(m1)),
-                           _mm_packs_epi32(_mm_castps_si128(m2), _mm_castps_si128(m3)));
+    return _mm_packs_epi16(packMasks(m0, m1), packMasks(m2, m3));
 }
 
 // Survival of 16 pixels for each of the four directions, as byte masks.
@@ -193,39 +223,46 @@ inline Survival16 survival16(const Zeq32f* mag, ptrdiff_t stride, __m128 high) {
     return r;
 }
 
-// One framed row (interior columns 1..w); `y` is its roi row. Returns the new
-// stack top.
-int* suppressRow(Zeq8u* dir, const Zeq32f* mag, ptrdiff_t stride, int w, int y, float high, Zeq8u* dst, int* top) {
+// One framed row (interior columns 1..w); `y` is its roi row. Survivors get
+// the candidate mark, strong ones the edge mark, and those are pushed.
+// Returns the new stack top.
+int* suppressRow(Zeq8u* dir, const Zeq32f* mag, ptrdiff_t stride, int w, int y, float high, int* top) {
     const __m128 highV = _mm_set1_ps(high);
     const __m128i zero = _mm_setzero_si128();
-    int x = 0;
-    for (; x + 16 <= w; x += 16) {
-        Zeq8u* d = dir + 1 + x;
-        const __m128i codes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(d));
-        if (_mm_movemask_epi8(_mm_cmpeq_epi8(codes, zero)) == 0xffff) {
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x), zero);
-            continue;
+    // Blocks of 16 with a code, found a chunk of 32 blocks at a time so the
+    // empty ones are passed over without mispredicted branches.
+    for (int x0 = 0; x0 + 16 <= w; x0 += 512) {
+        const int blocks = std::min(32, (w - x0) / 16);
+        uint32_t busy = 0;
+        for (int b = 0; b < blocks; ++b) {
+            const __m128i codes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dir + 1 + x0 + 16 * b));
+            busy |= uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(codes, zero)) != 0xffff) << b;
         }
-        const Survival16 s = survival16(mag + 1 + x, stride, highV);
-        __m128i keep = zero;
-        for (int k = 0; k < 4; ++k)
-            keep = _mm_or_si128(keep, _mm_and_si128(s.dir[k], _mm_cmpeq_epi8(codes, _mm_set1_epi8(char(k + 1)))));
-        const __m128i seeds = _mm_and_si128(keep, s.strong);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(d), select(keep, _mm_set1_epi8(char(kCandidate)), codes));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x), seeds);
-        for (unsigned bits = unsigned(_mm_movemask_epi8(seeds)); bits != 0; bits &= bits - 1) {
-            top[0] = y;
-            top[1] = x + __builtin_ctz(bits);
-            top += 2;
+        for (; busy != 0; busy &= busy - 1) {
+            const int x = x0 + 16 * __builtin_ctz(busy);
+            Zeq8u* d = dir + 1 + x;
+            const __m128i codes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(d));
+            const Survival16 s = survival16(mag + 1 + x, stride, highV);
+            __m128i keep = zero;
+            for (int k = 0; k < 4; ++k)
+                keep = _mm_or_si128(keep, _mm_and_si128(s.dir[k], _mm_cmpeq_epi8(codes, _mm_set1_epi8(char(k + 1)))));
+            const __m128i seeds = _mm_and_si128(keep, s.strong);
+            // kEdge is kCandidate with the low bits set.
+            const __m128i marks = _mm_or_si128(_mm_and_si128(keep, _mm_set1_epi8(char(kCandidate))), seeds);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(d), select(keep, marks, codes));
+            for (unsigned bits = unsigned(_mm_movemask_epi8(seeds)); bits != 0; bits &= bits - 1) {
+                top[0] = y;
+                top[1] = x + __builtin_ctz(bits);
+                top += 2;
+            }
         }
     }
-    for (; x < w; ++x) {
-        dst[x] = 0;
+    for (int x = w & ~15; x < w; ++x) {
         const Zeq8u code = dir[1 + x];
         if (code == kNone || !survives(mag + 1 + x, code, stride)) continue;
         dir[1 + x] = kCandidate;
         if (mag[1 + x] > high) {
-            dst[x] = 255;
+            dir[1 + x] = kEdge;
             top[0] = y;
             top[1] = x;
             top += 2;
@@ -234,24 +271,62 @@ int* suppressRow(Zeq8u* dir, const Zeq32f* mag, ptrdiff_t stride, int w, int y, 
     return top;
 }
 
-// Suppression over the whole roi; returns the number of ints pushed (two per seed).
-int ownNonMaximaSuppression(Zeq8u* directionMap, const Zeq32f* magnitudeMap, int width, int height,
-                            float highThresh, int* stack, Zeq8u* pDst, int dstStep) {
+// Suppression of roi rows firstRow .. firstRow + rows - 1, whose maps and the
+// rows around them are complete. Returns the number of ints pushed (two per
+// seed).
+int ownNonMaximaSuppression(Zeq8u* directionMap, const Zeq32f* magnitudeMap, int width, int firstRow, int rows,
+                            float highThresh, int* stack) {
     const ptrdiff_t stride = ptrdiff_t(width) + 2;
     int* top = stack;
-    for (int y = 0; y < height; ++y)
+    for (int y = firstRow; y < firstRow + rows; ++y)
         top = suppressRow(directionMap + (y + 1) * stride, magnitudeMap + (y + 1) * stride, stride, width, y,
-                          highThresh, zq::row(pDst, dstStep, y), top);
+                          highThresh, top);
     return int(top - stack);
 }
 
 // ---- hysteresis ----
 
-// Depth-first growth from the seeds on the stack through candidate pixels.
-// The zero frame of the direction map keeps the walk inside the roi, so the
-// height is not needed.
-void ownHysteresisThresholding(const Zeq8u* directionMap, int width, int /*height*/, int* stack, int entries,
-                               Zeq8u* pDst, int dstStep) {
+inline uint32_t load4(const Zeq8u* p) {
+    uint32_t v;
+    std::memcpy(&v, p, 4);
+    return v;
+}
+
+// Bits 7, 15 and 23 set for the first three bytes of `v` that hold kCandidate
+// exactly (a mark not yet in the result): bit 7 set, bit 0 clear.
+inline uint32_t freshMarks3(uint32_t v) { return v & ~(v << 7) & 0x808080u; }
+
+// The result as 255/0 from the edge marks, which turn back into candidate
+// marks.
+void writeEdges(Zeq8u* directionMap, int width, int height, Zeq8u* pDst, int dstStep) {
+    const ptrdiff_t stride = ptrdiff_t(width) + 2;
+    const __m128i edge = _mm_set1_epi8(char(kEdge)), low7 = _mm_set1_epi8(0x7f);
+    for (int y = 0; y < height; ++y) {
+        Zeq8u* dir = directionMap + (y + 1) * stride + 1;
+        Zeq8u* dst = zq::row(pDst, dstStep, y);
+        int x = 0;
+        for (; x + 16 <= width; x += 16) {
+            const __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dir + x));
+            const __m128i isEdge = _mm_cmpeq_epi8(d, edge);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x), isEdge);
+            if (_mm_movemask_epi8(isEdge))
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(dir + x), _mm_andnot_si128(_mm_and_si128(isEdge, low7), d));
+        }
+        for (; x < width; ++x) {
+            const bool isEdge = dir[x] == kEdge;
+            dst[x] = isEdge ? 255 : 0;
+            if (isEdge) dir[x] = kCandidate;
+        }
+    }
+}
+
+// Depth-first growth from the seeds on the stack through candidate pixels,
+// visiting neighbours up-left, up, up-right, left, right, down-left, down,
+// down-right. Pixels already in the result carry the edge mark in the
+// direction map itself, so the walk touches one map only; the result is
+// written out at the end. The zero frame keeps the walk inside the roi.
+void ownHysteresisThresholding(Zeq8u* directionMap, int width, int height, int* stack, int entries, Zeq8u* pDst,
+                               int dstStep) {
     const ptrdiff_t stride = ptrdiff_t(width) + 2;
     static constexpr int kRows[8] = {-1, -1, -1, 0, 0, 1, 1, 1};
     static constexpr int kCols[8] = {-1, 0, 1, -1, 1, -1, 0, 1};
@@ -259,40 +334,70 @@ void ownHysteresisThresholding(const Zeq8u* directionMap, int width, int /*heigh
     while (top != stack) {
         top -= 2;
         const int y = top[0], x = top[1];
-        const Zeq8u* dir = directionMap + (y + 1) * stride + (x + 1);
-        Zeq8u* dst = zq::row(pDst, dstStep, y) + x;
-        for (int k = 0; k < 8; ++k) {
-            if (!(dir[kRows[k] * stride + kCols[k]] & kCandidate)) continue;
-            Zeq8u* out = dst + ptrdiff_t(kRows[k]) * dstStep + kCols[k];
-            if (*out) continue;
-            *out = 255;
+        if (top != stack) {
+            // The entry below is popped once this pixel's branch is done, and
+            // is usually an older seed far from here: fetch its rows early.
+            const ptrdiff_t at = (top[-2] + 1) * stride + top[-1];
+            _mm_prefetch(reinterpret_cast<const char*>(directionMap + at - stride), _MM_HINT_T0);
+            _mm_prefetch(reinterpret_cast<const char*>(directionMap + at + stride), _MM_HINT_T0);
+        }
+        Zeq8u* dir = directionMap + (y + 1) * stride + (x + 1);
+        // Fresh candidates among the eight neighbours as bits 0..7 in
+        // visiting order. The word read for the last neighbours of the bottom
+        // frame row ends one byte past the map, still inside the buffer.
+        const uint32_t up = freshMarks3(load4(dir - stride - 1)), down = freshMarks3(load4(dir + stride - 1));
+        const uint32_t side = freshMarks3(load4(dir - 1));
+        unsigned fresh = ((up >> 7) & 1) | ((up >> 14) & 2) | ((up >> 21) & 4) | ((side >> 4) & 8) |
+                         ((side >> 19) & 16) | ((down >> 2) & 32) | ((down >> 9) & 64) | ((down >> 16) & 128);
+        for (; fresh != 0; fresh &= fresh - 1) {
+            const int k = __builtin_ctz(fresh);
+            dir[kRows[k] * stride + kCols[k]] = kEdge;
             top[0] = y + kRows[k];
             top[1] = x + kCols[k];
             top += 2;
         }
     }
+    writeEdges(directionMap, width, height, pDst, dstStep);
 }
 
 // ---- the whole detector ----
 
+// Gradient of roi rows y0 .. y1 - 1 into the maps, frame columns included.
 template <class T>
-void ownCanny(const T* dx, int dxStep, const T* dy, int dyStep, Zeq8u* dst, int dstStep, int w, int h, float low,
-              float high, Zeq8u* buffer) {
-    const WorkAreas a = carve(buffer, w, h);
+void gradientRows(const T* dx, int dxStep, const T* dy, int dyStep, int w, int y0, int y1, float low,
+                  const WorkAreas& a) {
     const ptrdiff_t stride = ptrdiff_t(w) + 2;
-    std::memset(a.direction, 0, size_t(stride));
-    std::memset(a.magnitude, 0, size_t(stride) * sizeof(Zeq32f));
-    for (int y = 0; y < h; ++y) {
+    for (int y = y0; y < y1; ++y) {
         Zeq8u* dir = a.direction + (y + 1) * stride;
         Zeq32f* mag = a.magnitude + (y + 1) * stride;
         dir[0] = dir[w + 1] = 0;
         mag[0] = mag[w + 1] = 0.0f;
         gradientRow(zq::row(dx, dxStep, y), zq::row(dy, dyStep, y), w, low, dir + 1, mag + 1);
     }
-    std::memset(a.direction + (h + 1) * stride, 0, size_t(stride));
-    std::memset(a.magnitude + (h + 1) * stride, 0, size_t(stride) * sizeof(Zeq32f));
+}
 
-    const int entries = ownNonMaximaSuppression(a.direction, a.magnitude, w, h, high, a.stack, dst, dstStep);
+// Suppression of a row needs the magnitudes of the row below it, so the
+// gradient runs one row ahead; working in bands keeps the rows in between in
+// cache. The maps end up exactly as if each stage had run over the whole roi.
+template <class T>
+void ownCanny(const T* dx, int dxStep, const T* dy, int dyStep, Zeq8u* dst, int dstStep, int w, int h, float low,
+              float high, Zeq8u* buffer) {
+    constexpr int kBand = 8;
+    const WorkAreas a = carve(buffer, w, h);
+    const ptrdiff_t stride = ptrdiff_t(w) + 2;
+    std::memset(a.direction, 0, size_t(stride));
+    std::memset(a.magnitude, 0, size_t(stride) * sizeof(Zeq32f));
+    gradientRows(dx, dxStep, dy, dyStep, w, 0, 1, low, a);
+    int entries = 0;
+    for (int y0 = 0; y0 < h; y0 += kBand) {
+        const int y1 = std::min(y0 + kBand, h);
+        gradientRows(dx, dxStep, dy, dyStep, w, y0 + 1, std::min(y1 + 1, h), low, a);
+        if (y1 == h) {
+            std::memset(a.direction + (h + 1) * stride, 0, size_t(stride));
+            std::memset(a.magnitude + (h + 1) * stride, 0, size_t(stride) * sizeof(Zeq32f));
+        }
+        entries += ownNonMaximaSuppression(a.direction, a.magnitude, w, y0, y1 - y0, high, a.stack + entries);
+    }
     ownHysteresisThresholding(a.direction, w, h, a.stack, entries, dst, dstStep);
 }
 
