@@ -10,50 +10,47 @@
 // 16 x 255 in magnitude), so their order does not matter.
 #include "core/zqcvsimd.h"
 
+#include <immintrin.h>
+
 #include <algorithm>
 #include <cstring>
 #include <optional>
 #include <utility>
 
+// The 256-bit arithmetic below is written once for every register width and
+// only ever inlined into functions compiled for AVX2; the note about how such
+// values would be passed between functions does not apply.
+#pragma GCC diagnostic ignored "-Wpsabi"
+
 namespace {
 
-// ---- arithmetic on scalars and registers, one spelling for the factors ----
+// Registers as vectors of the compiler, so one spelling of the arithmetic
+// serves scalars and every width: 16-bit lanes for the integer members.
+typedef short I16x8 __attribute__((vector_size(16)));
+typedef short I16x16 __attribute__((vector_size(32)));
+typedef float F32x4 __attribute__((vector_size(16)));
+typedef float F32x8 __attribute__((vector_size(32)));
 
-inline int add(int a, int b) { return a + b; }
-inline float add(float a, float b) { return a + b; }
-inline __m128i add(__m128i a, __m128i b) { return _mm_add_epi16(a, b); }
-inline __m128 add(__m128 a, __m128 b) { return _mm_add_ps(a, b); }
-
-inline int sub(int a, int b) { return a - b; }
-inline float sub(float a, float b) { return a - b; }
-inline __m128i sub(__m128i a, __m128i b) { return _mm_sub_epi16(a, b); }
-inline __m128 sub(__m128 a, __m128 b) { return _mm_sub_ps(a, b); }
-
-template <int K> inline int times(int a) { return K * a; }
-template <int K> inline float times(float a) { return float(K) * a; }
-template <int K> inline __m128i times(__m128i a) {
-    if constexpr (K == 2) return _mm_add_epi16(a, a);
-    else return _mm_mullo_epi16(a, _mm_set1_epi16(K));
-}
-template <int K> inline __m128 times(__m128 a) { return _mm_mul_ps(_mm_set1_ps(float(K)), a); }
+#define ZQ_INLINE inline __attribute__((always_inline))
+#define ZQ_AVX2 __attribute__((target("avx2")))
 
 // ---- the three-tap factors, applied to (previous, centre, next) ----
 
 struct Difference {  // (-1, 0, 1)
     static constexpr bool smoothing = false;
-    template <class R> static R apply(R a, R, R c) { return sub(c, a); }
+    template <class R> ZQ_INLINE static R apply(R a, R, R c) { return c - a; }
 };
 struct SecondDifference {  // (1, -2, 1)
     static constexpr bool smoothing = false;
-    template <class R> static R apply(R a, R b, R c) { return sub(add(a, c), times<2>(b)); }
+    template <class R> ZQ_INLINE static R apply(R a, R b, R c) { return (a + c) - b * 2; }
 };
 struct Smooth121 {
     static constexpr bool smoothing = true;
-    template <class R> static R apply(R a, R b, R c) { return add(add(a, times<2>(b)), c); }
+    template <class R> ZQ_INLINE static R apply(R a, R b, R c) { return (a + b * 2) + c; }
 };
 struct Smooth3_10_3 {
     static constexpr bool smoothing = true;
-    template <class R> static R apply(R a, R b, R c) { return add(add(times<3>(a), times<10>(b)), times<3>(c)); }
+    template <class R> ZQ_INLINE static R apply(R a, R b, R c) { return (a * 3 + b * 10) + c * 3; }
 };
 
 template <class Horizontal, class Vertical>
@@ -67,15 +64,15 @@ struct Kernel {
         return (!H::smoothing && roi.width == 1) || (!V::smoothing && roi.height == 1);
     }
 
-    // at(j, i): the pixel in row j (0 above, 1 centre, 2 below) and column i (0 left, 1 centre, 2 right).
-    template <class R, class At>
-    static R apply(const At& at) {
+    // p[j][i]: the pixel in row j (0 above, 1 centre, 2 below) and column i (0 left, 1 centre, 2 right).
+    template <class R>
+    ZQ_INLINE static R apply(const R (&p)[3][3]) {
         if constexpr (horizontalFirst)
-            return V::apply(H::apply(at(0, 0), at(0, 1), at(0, 2)), H::apply(at(1, 0), at(1, 1), at(1, 2)),
-                            H::apply(at(2, 0), at(2, 1), at(2, 2)));
+            return V::apply(H::apply(p[0][0], p[0][1], p[0][2]), H::apply(p[1][0], p[1][1], p[1][2]),
+                            H::apply(p[2][0], p[2][1], p[2][2]));
         else
-            return H::apply(V::apply(at(0, 0), at(1, 0), at(2, 0)), V::apply(at(0, 1), at(1, 1), at(2, 1)),
-                            V::apply(at(0, 2), at(1, 2), at(2, 2)));
+            return H::apply(V::apply(p[0][0], p[1][0], p[2][0]), V::apply(p[0][1], p[1][1], p[2][1]),
+                            V::apply(p[0][2], p[1][2], p[2][2]));
     }
 };
 
@@ -87,111 +84,154 @@ using SobelDxDy = Kernel<Difference, Difference>;
 using ScharrDx = Kernel<Difference, Smooth3_10_3>;
 using ScharrDy = Kernel<Smooth3_10_3, Difference>;
 
-// ---- pixel types: scalar and register loads, stores and the final scaling ----
+// ---- loads and stores at each width ----
 
-// Scalar access through memcpy: float rows may start at any even byte offset.
-template <class T>
-inline T loadScalar(const T* p) {
-    T v;
-    std::memcpy(&v, p, sizeof(T));
+// The final step of a result: the Scharr integer members shift right
+// arithmetically (the Sobel ones by 0), the float members multiply by
+// 1 / 2^shift (1 for Sobel, which leaves every value as it is).
+struct Finish {
+    int shift;
+    float scale;
+};
+
+// Scalars through memcpy: float rows may start at any even byte offset.
+inline int loadScalar(const Zeq8u* p) { return *p; }
+inline int loadScalar(const Zeq8s* p) { return *p; }
+inline float loadScalar(const Zeq32f* p) {
+    float v;
+    std::memcpy(&v, p, sizeof v);
     return v;
 }
-template <class T>
-inline void storeScalar(T* p, T v) {
-    std::memcpy(p, &v, sizeof(T));
+inline void storeScalar(Zeq16s* p, int v, Finish f) {
+    const Zeq16s r = Zeq16s(v >> f.shift);
+    std::memcpy(p, &r, sizeof r);
+}
+inline void storeScalar(Zeq32f* p, float v, Finish f) {
+    const float r = v * f.scale;
+    std::memcpy(p, &r, sizeof r);
 }
 
-// 8-bit sources widen to 16-bit lanes, 8 pixels a register; results are
-// shifted right arithmetically (shift 0 for the Sobel members).
-template <class T>
-struct IntegerPixels {
-    using Src = T;
-    using Dst = Zeq16s;
-    using Scalar = int;
-    using Reg = __m128i;
+// SSE2: 8 pixels widened to 16 bits, or 4 floats.
+template <class T> struct Sse2 {
+    using Reg = I16x8;
     static constexpr int lanes = 8;
-
-    int shift;
-    explicit IntegerPixels(int scaleShift) : shift(std::min(scaleShift, 15)) {}
-
-    static int load(const T* p) { return int(*p); }
-    static __m128i load(const T* p, Reg) {
-        const __m128i v = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
-        if constexpr (std::is_signed<T>::value) return _mm_srai_epi16(_mm_unpacklo_epi8(v, v), 8);
-        else return _mm_unpacklo_epi8(v, _mm_setzero_si128());
-    }
-    void store(Zeq16s* p, int v) const { storeScalar(p, Zeq16s(v >> shift)); }
-    void store(Zeq16s* p, __m128i v) const {
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_sra_epi16(v, _mm_cvtsi32_si128(shift)));
-    }
 };
-
-// Float in and out, 4 pixels a register; results are multiplied by `scale`
-// (1 for the Sobel members, which leaves every value as it is).
-struct FloatPixels {
-    using Src = Zeq32f;
-    using Dst = Zeq32f;
-    using Scalar = float;
-    using Reg = __m128;
+template <> struct Sse2<Zeq32f> {
+    using Reg = F32x4;
     static constexpr int lanes = 4;
-
-    float scale;
-    __m128 scales;
-    explicit FloatPixels(float s) : scale(s), scales(_mm_set1_ps(s)) {}
-
-    static float load(const Zeq32f* p) { return loadScalar(p); }
-    static __m128 load(const Zeq32f* p, Reg) { return _mm_loadu_ps(p); }
-    void store(Zeq32f* p, float v) const { storeScalar(p, v * scale); }
-    void store(Zeq32f* p, __m128 v) const { _mm_storeu_ps(p, _mm_mul_ps(v, scales)); }
 };
+inline I16x8 loadSse2(const Zeq8u* p) {
+    return I16x8(_mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)), _mm_setzero_si128()));
+}
+inline I16x8 loadSse2(const Zeq8s* p) {
+    const __m128i v = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+    return I16x8(_mm_srai_epi16(_mm_unpacklo_epi8(v, v), 8));
+}
+inline F32x4 loadSse2(const Zeq32f* p) { return F32x4(_mm_loadu_ps(p)); }
+inline void storeSse2(Zeq16s* p, I16x8 v, Finish f) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_sra_epi16(__m128i(v), _mm_cvtsi32_si128(f.shift)));
+}
+inline void storeSse2(Zeq32f* p, F32x4 v, Finish f) { _mm_storeu_ps(p, __m128(v * f.scale)); }
+
+// AVX2: 16 pixels widened to 16 bits, or 8 floats.
+template <class T> struct Avx2 {
+    using Reg = I16x16;
+    static constexpr int lanes = 16;
+};
+template <> struct Avx2<Zeq32f> {
+    using Reg = F32x8;
+    static constexpr int lanes = 8;
+};
+ZQ_AVX2 inline I16x16 loadAvx2(const Zeq8u* p) {
+    return I16x16(_mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))));
+}
+ZQ_AVX2 inline I16x16 loadAvx2(const Zeq8s* p) {
+    return I16x16(_mm256_cvtepi8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))));
+}
+ZQ_AVX2 inline F32x8 loadAvx2(const Zeq32f* p) { return F32x8(_mm256_loadu_ps(p)); }
+ZQ_AVX2 inline void storeAvx2(Zeq16s* p, I16x16 v, Finish f) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm256_sra_epi16(__m256i(v), _mm_cvtsi32_si128(f.shift)));
+}
+ZQ_AVX2 inline void storeAvx2(Zeq32f* p, F32x8 v, Finish f) { _mm256_storeu_ps(p, __m256(v * f.scale)); }
 
 // ---- the engine ----
 
-// One destination row from the source rows above, at and below it (already
-// replicated at the top and bottom). Columns 0 and width-1 and rows too
-// narrow for a register run scalar; the interior runs a register at a time,
-// its last register overlapping the one before when the width is not a
-// multiple of the lanes (same values, written twice).
-template <class K, class P>
-void ownFilterRow3x3(const typename P::Src* const rows[3], typename P::Dst* d, int width, const P& px) {
-    using S = typename P::Scalar;
-    using R = typename P::Reg;
-    constexpr int L = P::lanes;
-    auto scalarAt = [&](int x) {
-        const int xs[3] = {std::max(x - 1, 0), x, std::min(x + 1, width - 1)};
-        px.store(d + x, K::template apply<S>([&](int j, int i) { return P::load(rows[j] + xs[i]); }));
-    };
-    if (width < L + 2) {
-        for (int x = 0; x < width; ++x) scalarAt(x);
-        return;
+// The 3x3 neighbourhood of column x from three row pointers, through `load`.
+#define ZQ_NEIGHBOURS(load, rows, x)                                                    \
+    {                                                                                   \
+        {load(rows[0] + (x) - 1), load(rows[0] + (x)), load(rows[0] + (x) + 1)},        \
+            {load(rows[1] + (x) - 1), load(rows[1] + (x)), load(rows[1] + (x) + 1)},    \
+            {load(rows[2] + (x) - 1), load(rows[2] + (x)), load(rows[2] + (x) + 1)}     \
     }
-    auto vectorAt = [&](int x) {
-        px.store(d + x, K::template apply<R>([&](int j, int i) { return P::load(rows[j] + x - 1 + i, R()); }));
+
+// Interior columns 1 .. width-2 a register at a time, the last register
+// overlapping the one before when the lanes do not divide the width (same
+// values written twice). Needs width >= lanes + 2. The two widths are twins:
+// the AVX2 one must be compiled for AVX2 as a whole.
+template <class K, class T, class Dst>
+void ownFilterInterior_Sse2(const T* const rows[3], Dst* d, int width, Finish f) {
+    using R = typename Sse2<T>::Reg;
+    constexpr int L = Sse2<T>::lanes;
+    for (int x = 1;; x += L) {
+        x = std::min(x, width - 1 - L);
+        const R p[3][3] = ZQ_NEIGHBOURS(loadSse2, rows, x);
+        storeSse2(d + x, K::apply(p), f);
+        if (x == width - 1 - L) break;
+    }
+}
+template <class K, class T, class Dst>
+ZQ_AVX2 void ownFilterInterior_Avx2(const T* const rows[3], Dst* d, int width, Finish f) {
+    using R = typename Avx2<T>::Reg;
+    constexpr int L = Avx2<T>::lanes;
+    for (int x = 1;; x += L) {
+        x = std::min(x, width - 1 - L);
+        const R p[3][3] = ZQ_NEIGHBOURS(loadAvx2, rows, x);
+        storeAvx2(d + x, K::apply(p), f);
+        if (x == width - 1 - L) break;
+    }
+}
+
+const bool kHaveAvx2 = __builtin_cpu_supports("avx2");
+
+// One destination row from the source rows above, at and below it (already
+// replicated at the top and bottom). Columns 0 and width-1, and rows too
+// narrow for a register, run scalar with the columns replicated too.
+template <class K, class T, class Dst>
+void ownFilterRow3x3(const T* const rows[3], Dst* d, int width, Finish f) {
+    using S = decltype(loadScalar(rows[0]));
+    auto scalarAt = [&](int x) {
+        const int l = std::max(x - 1, 0), r = std::min(x + 1, width - 1);
+        const S p[3][3] = {{loadScalar(rows[0] + l), loadScalar(rows[0] + x), loadScalar(rows[0] + r)},
+                           {loadScalar(rows[1] + l), loadScalar(rows[1] + x), loadScalar(rows[1] + r)},
+                           {loadScalar(rows[2] + l), loadScalar(rows[2] + x), loadScalar(rows[2] + r)}};
+        storeScalar(d + x, K::apply(p), f);
     };
+    if (kHaveAvx2 && width >= Avx2<T>::lanes + 2) {
+        ownFilterInterior_Avx2<K>(rows, d, width, f);
+    } else if (width >= Sse2<T>::lanes + 2) {
+        ownFilterInterior_Sse2<K>(rows, d, width, f);
+    } else {
+        for (int x = 1; x < width - 1; ++x) scalarAt(x);
+    }
     scalarAt(0);
-    int x = 1;
-    for (; x + L <= width - 1; x += L) vectorAt(x);
-    if (x < width - 1) vectorAt(width - 1 - L);
-    scalarAt(width - 1);
+    if (width > 1) scalarAt(width - 1);
 }
 
 // The whole region. `bottomUp` (origin 1) swaps the rows above and below,
 // which negates a vertical difference; only members whose vertical factor is
 // a difference take it.
-template <class K, class P>
-void ownFilter3x3(const typename P::Src* pSrc, int srcStep, typename P::Dst* pDst, int dstStep, ZeqiSize roi,
-                  bool bottomUp, const P& px) {
-    using Dst = typename P::Dst;
+template <class K, class T, class Dst>
+void ownFilter3x3(const T* pSrc, int srcStep, Dst* pDst, int dstStep, ZeqiSize roi, bool bottomUp, Finish f) {
     if (K::isZero(roi)) {
         for (int y = 0; y < roi.height; ++y)
             std::memset(zq::row(pDst, dstStep, y), 0, sizeof(Dst) * size_t(roi.width));
         return;
     }
     for (int y = 0; y < roi.height; ++y) {
-        const typename P::Src* rows[3] = {zq::row(pSrc, srcStep, std::max(y - 1, 0)), zq::row(pSrc, srcStep, y),
-                                          zq::row(pSrc, srcStep, std::min(y + 1, roi.height - 1))};
+        const T* rows[3] = {zq::row(pSrc, srcStep, std::max(y - 1, 0)), zq::row(pSrc, srcStep, y),
+                            zq::row(pSrc, srcStep, std::min(y + 1, roi.height - 1))};
         if (bottomUp) std::swap(rows[0], rows[2]);
-        ownFilterRow3x3<K>(rows, zq::row(pDst, dstStep, y), roi.width, px);
+        ownFilterRow3x3<K>(rows, zq::row(pDst, dstStep, y), roi.width, f);
     }
 }
 
@@ -229,12 +269,10 @@ ZeqStatus derivative(const Src* pSrc, int srcStep, Dst* pDst, int dstStep, ZeqiS
     ZQ_CHECK(checkImages(pSrc, srcStep, pDst, dstStep, roi));
     if (origin) ZQ_CHECK(checkOrigin(*origin));
     if (scaleShift) ZQ_CHECK(checkScaleShift(*scaleShift));
-    const bool bottomUp = origin.value_or(0) == 1;
+    // Integer sums fit 13 bits, so shifting by 15 gives what any larger shift would.
     const int shift = scaleShift.value_or(0);
-    if constexpr (std::is_same<Src, Zeq32f>::value)
-        ownFilter3x3<K>(pSrc, srcStep, pDst, dstStep, roi, bottomUp, FloatPixels(scharrScale(shift)));
-    else
-        ownFilter3x3<K>(pSrc, srcStep, pDst, dstStep, roi, bottomUp, IntegerPixels<Src>(shift));
+    const Finish finish{std::min(shift, 15), scharrScale(shift)};
+    ownFilter3x3<K>(pSrc, srcStep, pDst, dstStep, roi, origin.value_or(0) == 1, finish);
     return zeqStsOk;
 }
 
