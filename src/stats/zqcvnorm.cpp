@@ -35,18 +35,37 @@ using Mag = typename std::conditional<std::is_same<T, Zeq8s>::value, Zeq8u, T>::
 
 // ---- loading ----
 
-// One register of elements `stride` apart. Elements are copied bytewise, so a
-// float row that starts off a 4-byte boundary (an even, not whole-element step)
-// is read without a misaligned scalar access.
+// Element i of a row, read bytewise: a float row may start off a 4-byte
+// boundary (an even step that is no whole number of elements).
+template <class T>
+inline T element(const T* p, ptrdiff_t i) {
+    T v;
+    std::memcpy(&v, p + i, sizeof(T));
+    return v;
+}
+
+// One register of elements `Stride` apart, built in registers (going through
+// memory would stall on the store-to-load forwarding of the wide load).
 template <class T, int Stride>
 inline Reg<T> loadStrided(const T* p) {
-    using V = zq::Vec<T>;
     if constexpr (Stride == 1) {
-        return V::load(p);
+        return zq::Vec<T>::load(p);
+    } else if constexpr (std::is_same<T, Zeq32f>::value) {
+        return _mm_setr_ps(element(p, 0), element(p, Stride), element(p, 2 * Stride), element(p, 3 * Stride));
     } else {
-        alignas(16) T t[V::lanes];
-        for (int i = 0; i < V::lanes; ++i) std::memcpy(&t[i], p + ptrdiff_t(i) * Stride, sizeof(T));
-        return V::load(t);
+        // Words of one 16-bit element, or of two neighbouring 8-bit ones.
+        auto word = [p](int i) -> int {
+            if constexpr (sizeof(T) == 2) return p[i * Stride];
+            else return uint8_t(p[2 * i * Stride]) | uint8_t(p[(2 * i + 1) * Stride]) << 8;
+        };
+        __m128i v = _mm_cvtsi32_si128(word(0));
+        v = _mm_insert_epi16(v, word(1), 1);
+        v = _mm_insert_epi16(v, word(2), 2);
+        v = _mm_insert_epi16(v, word(3), 3);
+        v = _mm_insert_epi16(v, word(4), 4);
+        v = _mm_insert_epi16(v, word(5), 5);
+        v = _mm_insert_epi16(v, word(6), 6);
+        return _mm_insert_epi16(v, word(7), 7);
     }
 }
 
@@ -335,8 +354,8 @@ void ownNormRegion(const T* a, int aStep, const T* b, int bStep, const Zeq8u* ma
             Zeq8u tm[kBlock] = {};
             for (int i = 0; x + i < roi.width; ++i) {
                 const ptrdiff_t at = ptrdiff_t(x + i) * Stride;
-                std::memcpy(&ta[i], ra + at, sizeof(T));
-                if (Body::kTwoSources) std::memcpy(&tb[i], rb + at, sizeof(T));
+                ta[i] = element(ra, at);
+                if (Body::kTwoSources) tb[i] = element(rb, at);
                 tm[i] = rm[x + i];
             }
             body.template block<1>(ta, tb, leftOut(tm));
