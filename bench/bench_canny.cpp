@@ -6,7 +6,7 @@
 namespace {
 
 // Thresholds on the L1 magnitude of 3x3 Sobel derivatives of the frame below;
-// they mark about 5% of the pixels as edges.
+// they mark about 5% of the pixels as edges, as in a busy natural scene.
 constexpr float kLow = 80.0f, kHigh = 200.0f;
 
 // A smooth synthetic scene (overlapping discs and soft gradients) with mild
@@ -24,8 +24,8 @@ const Derivatives& derivatives() {
         for (int y = 0; y < h; ++y)
             for (int x = 0; x < w; ++x)
                 img[size_t(y) * w + x] = 60.0f + 40.0f * std::sin(float(x) * 0.004f) * std::cos(float(y) * 0.006f);
-        for (int k = 0; k < 120; ++k) {
-            const float cx = pos(gen) * float(w), cy = pos(gen) * float(h), r = 10.0f + pos(gen) * 120.0f;
+        for (int k = 0; k < 600; ++k) {
+            const float cx = pos(gen) * float(w), cy = pos(gen) * float(h), r = 6.0f + pos(gen) * 70.0f;
             const float level = pos(gen) * 120.0f - 40.0f;
             for (int y = std::max(0, int(cy - r)); y < std::min(h, int(cy + r) + 1); ++y)
                 for (int x = std::max(0, int(cx - r)); x < std::min(w, int(cx + r) + 1); ++x)
