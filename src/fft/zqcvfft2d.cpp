@@ -4,8 +4,10 @@
 // the (re, im) column pairs between them.
 //
 // Columns are gathered into contiguous arrays of the work buffer, transformed
-// there and scattered back. Complex column pairs go four at a time, so every
-// row visit moves 32 bytes instead of 8.
+// there and scattered back. Complex column pairs go in groups (eight pairs,
+// then four, then single ones), and the scatter of one group shares its sweep
+// over the rows with the gather of the next: with power-of-two row steps the
+// rows' cache lines evict one another, so sweeps, not bytes, set the cost.
 #include "fft/zqcvfft2d.h"
 
 #include "core/zqcvcore.h"
@@ -18,6 +20,10 @@
 namespace {
 
 using Spec = ZeqiFFTSpec_R_32f;
+
+// Pairs per sweep of the wide groups: eight, a whole cache line of each row.
+// Their arrays fill the 16H floats that the buffer holds for column groups.
+constexpr int kWideQuads = 2;
 
 // ---- gathers and scatters between an image column and contiguous arrays ----
 
@@ -49,42 +55,66 @@ void scatterPair(const float* col, float* img, ptrdiff_t step, int x, int h) {
     }
 }
 
-// Columns x .. x+7, four complex columns, into arrays of h complex values at
-// col, col + 2h, col + 4h and col + 6h. Two rows at a time, so each array
-// receives whole aligned 16-byte stores.
-void gatherQuad(const float* img, ptrdiff_t step, int x, int h, float* col) {
-    float* a0 = col;
-    float* a1 = col + 2 * h;
-    float* a2 = col + 4 * h;
-    float* a3 = col + 6 * h;
-    for (int y = 0; y < h; y += 2) {
-        const float* r0 = rowOf(img, step, y) + x;
-        const float* r1 = rowOf(img, step, y + 1) + x;
-        const __m128 lo0 = _mm_loadu_ps(r0), hi0 = _mm_loadu_ps(r0 + 4);
-        const __m128 lo1 = _mm_loadu_ps(r1), hi1 = _mm_loadu_ps(r1 + 4);
-        _mm_store_ps(a0 + 2 * y, _mm_movelh_ps(lo0, lo1));
-        _mm_store_ps(a1 + 2 * y, _mm_movehl_ps(lo1, lo0));
-        _mm_store_ps(a2 + 2 * y, _mm_movelh_ps(hi0, hi1));
-        _mm_store_ps(a3 + 2 * y, _mm_movehl_ps(hi1, hi0));
-    }
-}
+// Rows far apart share few cache sets and defeat the hardware prefetchers:
+// a sweep asks for the lines of the row this many rows ahead.
+constexpr int kAhead = 8;
 
-void scatterQuad(const float* col, float* img, ptrdiff_t step, int x, int h) {
-    const float* a0 = col;
-    const float* a1 = col + 2 * h;
-    const float* a2 = col + 4 * h;
-    const float* a3 = col + 6 * h;
-    for (int y = 0; y < h; y += 2) {
-        const __m128 v0 = _mm_load_ps(a0 + 2 * y), v1 = _mm_load_ps(a1 + 2 * y);
-        const __m128 v2 = _mm_load_ps(a2 + 2 * y), v3 = _mm_load_ps(a3 + 2 * y);
-        float* r0 = rowOf(img, step, y) + x;
-        float* r1 = rowOf(img, step, y + 1) + x;
-        _mm_storeu_ps(r0, _mm_movelh_ps(v0, v1));
-        _mm_storeu_ps(r0 + 4, _mm_movelh_ps(v2, v3));
-        _mm_storeu_ps(r1, _mm_movehl_ps(v1, v0));
-        _mm_storeu_ps(r1 + 4, _mm_movehl_ps(v3, v2));
+// Groups of complex columns: 4·Quads pairs, float columns x .. x + 8·Quads - 1,
+// held as 4·Quads arrays of h complex values, 2h floats apart, in `col`
+// (16-byte aligned, h even). Rows go two at a time, so each array receives
+// whole aligned 16-byte stores.
+template <int Quads>
+struct ColumnGroup {
+    static constexpr int kFloats = 8 * Quads;
+
+    static void gatherRows(const float* r0, const float* r1, float* col, int h, int y) {
+        for (int q = 0; q < Quads; ++q) {
+            const __m128 lo0 = _mm_loadu_ps(r0 + 8 * q), hi0 = _mm_loadu_ps(r0 + 8 * q + 4);
+            const __m128 lo1 = _mm_loadu_ps(r1 + 8 * q), hi1 = _mm_loadu_ps(r1 + 8 * q + 4);
+            float* a = col + 8 * h * q + 2 * y;
+            _mm_store_ps(a, _mm_movelh_ps(lo0, lo1));
+            _mm_store_ps(a + 2 * h, _mm_movehl_ps(lo1, lo0));
+            _mm_store_ps(a + 4 * h, _mm_movelh_ps(hi0, hi1));
+            _mm_store_ps(a + 6 * h, _mm_movehl_ps(hi1, hi0));
+        }
     }
-}
+
+    static void scatterRows(const float* col, int h, int y, float* r0, float* r1) {
+        for (int q = 0; q < Quads; ++q) {
+            const float* a = col + 8 * h * q + 2 * y;
+            const __m128 v0 = _mm_load_ps(a), v1 = _mm_load_ps(a + 2 * h);
+            const __m128 v2 = _mm_load_ps(a + 4 * h), v3 = _mm_load_ps(a + 6 * h);
+            _mm_storeu_ps(r0 + 8 * q, _mm_movelh_ps(v0, v1));
+            _mm_storeu_ps(r0 + 8 * q + 4, _mm_movelh_ps(v2, v3));
+            _mm_storeu_ps(r1 + 8 * q, _mm_movehl_ps(v1, v0));
+            _mm_storeu_ps(r1 + 8 * q + 4, _mm_movehl_ps(v3, v2));
+        }
+    }
+
+    static void prefetch(const float* r) {
+        _mm_prefetch(reinterpret_cast<const char*>(r), _MM_HINT_T0);
+        _mm_prefetch(reinterpret_cast<const char*>(r + kFloats - 1), _MM_HINT_T0);
+    }
+
+    static void gather(const float* img, ptrdiff_t step, int x, int h, float* col) {
+        for (int y = 0; y < h; y += 2) gatherRows(rowOf(img, step, y) + x, rowOf(img, step, y + 1) + x, col, h, y);
+    }
+
+    // Scatters the group in `col` to columns x of dst and, in the same sweep
+    // over the rows, gathers the group at nextX of src into `col` (nextX < 0:
+    // none), so that each row's cache lines are fetched once for both.
+    static void scatterGather(float* col, int h, float* dst, ptrdiff_t dstStep, int x, const float* src,
+                              ptrdiff_t srcStep, int nextX) {
+        for (int y = 0; y < h; y += 2) {
+            if (nextX >= 0 && y + kAhead < h) {
+                prefetch(rowOf(src, srcStep, y + kAhead) + nextX);
+                prefetch(rowOf(src, srcStep, y + kAhead + 1) + nextX);
+            }
+            scatterRows(col, h, y, rowOf(dst, dstStep, y) + x, rowOf(dst, dstStep, y + 1) + x);
+            if (nextX >= 0) gatherRows(rowOf(src, srcStep, y) + nextX, rowOf(src, srcStep, y + 1) + nextX, col, h, y);
+        }
+    }
+};
 
 // ---- the two directions over the one-dimensional transforms ----
 
@@ -123,6 +153,26 @@ ZeqStatus realColumn(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t 
     return zeqStsOk;
 }
 
+// The complex column pairs from x on, in groups of 4·Quads pairs while whole
+// groups fit before column w-1; returns the first pair left over.
+template <class Dir, int Quads>
+ZeqStatus columnGroups(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t dstStep, const Spec& s, float* buf,
+                       int& x) {
+    using G = ColumnGroup<Quads>;
+    const int w = 1 << s.orderX, h = 1 << s.orderY;
+    if (x + G::kFloats > w - 1) return zeqStsOk;
+    Zeq8u* work = bytes(buf + 8 * Quads * h);
+    G::gather(src, srcStep, x, h, buf);
+    for (;;) {
+        for (int k = 0; k < 4 * Quads; ++k) ZQ_CHECK(Dir::complex(buf + 2 * h * k, s.colCplx, work));
+        const int next = x + G::kFloats;
+        const bool more = next + G::kFloats <= w - 1;
+        G::scatterGather(buf, h, dst, dstStep, x, src, srcStep, more ? next : -1);
+        x = next;
+        if (!more) return zeqStsOk;
+    }
+}
+
 // Every column of an image of at least two rows and two columns, from `src`
 // to `dst` (the same image in the forward direction).
 template <class Dir>
@@ -130,14 +180,11 @@ ZeqStatus columns(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t dst
     const int w = 1 << s.orderX, h = 1 << s.orderY;
     ZQ_CHECK(realColumn<Dir>(src, srcStep, dst, dstStep, 0, s, buf));
 
-    // Column pairs (x, x+1) for odd x < w-1: groups of eight columns while whole groups fit.
-    const int grouped = (w - 1) & ~7;
+    // Column pairs (x, x+1) for odd x < w-1: whole cache lines of them while
+    // they fit, then groups of four, then one by one.
     int x = 1;
-    for (; x <= grouped; x += 8) {
-        gatherQuad(src, srcStep, x, h, buf);
-        for (int k = 0; k < 4; ++k) ZQ_CHECK(Dir::complex(buf + 2 * h * k, s.colCplx, bytes(buf + 8 * h)));
-        scatterQuad(buf, dst, dstStep, x, h);
-    }
+    ZQ_CHECK((columnGroups<Dir, kWideQuads>(src, srcStep, dst, dstStep, s, buf, x)));
+    ZQ_CHECK((columnGroups<Dir, 1>(src, srcStep, dst, dstStep, s, buf, x)));
     for (; x < w - 1; x += 2) {
         gatherPair(src, srcStep, x, h, buf);
         ZQ_CHECK(Dir::complex(buf, s.colCplx, bytes(buf + 2 * h)));
