@@ -72,7 +72,8 @@ inline Reg<T> loadStrided(const T* p) {
 template <class T, int Stride>
 inline Block<T> loadBlock(const T* p) {
     Block<T> b;
-    for (int i = 0; i < Block<T>::regs; ++i) b.r[i] = loadStrided<T, Stride>(p + ptrdiff_t(i) * zq::Vec<T>::lanes * Stride);
+    for (int i = 0; i < Block<T>::regs; ++i)
+        b.r[i] = loadStrided<T, Stride>(p + ptrdiff_t(i) * zq::Vec<T>::lanes * Stride);
     return b;
 }
 
@@ -333,7 +334,7 @@ template <class T, int Stride, class Body>
 void ownNormRegion(const T* a, int aStep, const T* b, int bStep, const Zeq8u* mask, int maskStep, ZeqiSize roi,
                    Body& body) {
     int sinceFlush = 0;
-    auto counted = [&] {
+    auto blockDone = [&] {
         if (++sinceFlush == kFlushBlocks) {
             body.flush();
             sinceFlush = 0;
@@ -347,7 +348,7 @@ void ownNormRegion(const T* a, int aStep, const T* b, int bStep, const Zeq8u* ma
         for (; x + kBlock <= roi.width; x += kBlock) {
             const ptrdiff_t at = ptrdiff_t(x) * Stride;
             body.template block<Stride>(ra + at, Body::kTwoSources ? rb + at : nullptr, leftOut(rm + x));
-            counted();
+            blockDone();
         }
         if (x < roi.width) {
             T ta[kBlock] = {}, tb[kBlock] = {};
@@ -359,7 +360,7 @@ void ownNormRegion(const T* a, int aStep, const T* b, int bStep, const Zeq8u* ma
                 tm[i] = rm[x + i];
             }
             body.template block<1>(ta, tb, leftOut(tm));
-            counted();
+            blockDone();
         }
     }
     body.flush();

@@ -91,8 +91,10 @@ Sums refSums(Family f, int k, const Image<T>& a, const Image<T>& b, const Image<
             }
         }
     if constexpr (kFloat<T>) return {fn, fd};
-    if (std::is_same<T, Zeq8u>::value && k == kL1) return {double(int32_t(uint32_t(in))), double(int32_t(uint32_t(id)))};
-    return {double(in), double(id)};
+    // The 8u L1 sum is a 32-bit signed value.
+    const bool wraps = std::is_same<T, Zeq8u>::value && k == kL1;
+    auto wrap = [&](int64_t v) { return wraps ? int64_t(int32_t(uint32_t(v))) : v; };
+    return {double(wrap(in)), double(wrap(id))};
 }
 
 template <class T>
