@@ -68,7 +68,9 @@ ZQ_AVX512 int ownFastArctan_32f_Avx512(const Zeq32f* pSrcY, const Zeq32f* pSrcX,
     return i;
 }
 
-const bool kHaveAvx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl");
+// Initialised before the processor model may have been read: ask for it first.
+const bool kHaveAvx512 =
+    (__builtin_cpu_init(), __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl"));
 
 void ownFastArctan_32f(const Zeq32f* pSrcY, const Zeq32f* pSrcX, Zeq32f* pDst, int len) {
     int i = kHaveAvx512 ? ownFastArctan_32f_Avx512(pSrcY, pSrcX, pDst, len) : 0;

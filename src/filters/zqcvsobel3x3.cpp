@@ -191,7 +191,8 @@ ZQ_AVX2 void ownFilterInterior_Avx2(const T* const rows[3], Dst* d, int width, F
     }
 }
 
-const bool kHaveAvx2 = __builtin_cpu_supports("avx2");
+// Initialised before the processor model may have been read: ask for it first.
+const bool kHaveAvx2 = (__builtin_cpu_init(), __builtin_cpu_supports("avx2"));
 
 // One destination row from the source rows above, at and below it (already
 // replicated at the top and bottom). Columns 0 and width-1, and rows too
