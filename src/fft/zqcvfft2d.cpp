@@ -4,10 +4,11 @@
 // the (re, im) column pairs between them.
 //
 // Columns are gathered into contiguous arrays of the work buffer, transformed
-// there and scattered back. Complex column pairs go in groups (eight pairs,
-// then four, then single ones), and the scatter of one group shares its sweep
-// over the rows with the gather of the next: with power-of-two row steps the
-// rows' cache lines evict one another, so sweeps, not bytes, set the cost.
+// there and scattered back. Complex column pairs go in groups (eight pairs
+// while they fit, then the rest at once), and the scatter of one group shares
+// its sweep over the rows with the gather of the next: with power-of-two row
+// steps the rows' cache lines evict one another, so sweeps, not bytes, set
+// the cost.
 #include "fft/zqcvfft2d.h"
 
 #include "core/zqcvcore.h"
@@ -20,10 +21,6 @@
 namespace {
 
 using Spec = ZeqiFFTSpec_R_32f;
-
-// Pairs per sweep of the wide groups: eight, a whole cache line of each row.
-// Their arrays fill the 16H floats that the buffer holds for column groups.
-constexpr int kWideQuads = 2;
 
 // ---- gathers and scatters between an image column and contiguous arrays ----
 
@@ -38,56 +35,43 @@ void scatterColumn(const float* col, float* img, ptrdiff_t step, int x, int h) {
     for (int y = 0; y < h; ++y) rowOf(img, step, y)[x] = col[y];
 }
 
-// Columns (x, x+1) as h complex values; h is even and `col` 16-byte aligned.
-void gatherPair(const float* img, ptrdiff_t step, int x, int h, float* col) {
-    for (int y = 0; y < h; y += 2) {
-        __m128 v = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(rowOf(img, step, y) + x));
-        v = _mm_loadh_pi(v, reinterpret_cast<const __m64*>(rowOf(img, step, y + 1) + x));
-        _mm_store_ps(col + 2 * y, v);
-    }
-}
-
-void scatterPair(const float* col, float* img, ptrdiff_t step, int x, int h) {
-    for (int y = 0; y < h; y += 2) {
-        const __m128 v = _mm_load_ps(col + 2 * y);
-        _mm_storel_pi(reinterpret_cast<__m64*>(rowOf(img, step, y) + x), v);
-        _mm_storeh_pi(reinterpret_cast<__m64*>(rowOf(img, step, y + 1) + x), v);
-    }
-}
-
 // Rows far apart share few cache sets and defeat the hardware prefetchers:
 // a sweep asks for the lines of the row this many rows ahead.
 constexpr int kAhead = 8;
 
-// Groups of complex columns: 4·Quads pairs, float columns x .. x + 8·Quads - 1,
-// held as 4·Quads arrays of h complex values, 2h floats apart, in `col`
-// (16-byte aligned, h even). Rows go two at a time, so each array receives
-// whole aligned 16-byte stores.
-template <int Quads>
+// A group of Pairs complex columns, float columns x .. x + 2·Pairs - 1, held as
+// Pairs arrays of h complex values, 2h floats apart, in `col` (16-byte
+// aligned, h even). Rows go two at a time, so each array receives whole
+// aligned 16-byte stores: two pairs of a row per 16-byte load, and an odd
+// last pair through 8-byte halves.
+template <int Pairs>
 struct ColumnGroup {
-    static constexpr int kFloats = 8 * Quads;
+    static constexpr int kFloats = 2 * Pairs;
 
     static void gatherRows(const float* r0, const float* r1, float* col, int h, int y) {
-        for (int q = 0; q < Quads; ++q) {
-            const __m128 lo0 = _mm_loadu_ps(r0 + 8 * q), hi0 = _mm_loadu_ps(r0 + 8 * q + 4);
-            const __m128 lo1 = _mm_loadu_ps(r1 + 8 * q), hi1 = _mm_loadu_ps(r1 + 8 * q + 4);
-            float* a = col + 8 * h * q + 2 * y;
-            _mm_store_ps(a, _mm_movelh_ps(lo0, lo1));
-            _mm_store_ps(a + 2 * h, _mm_movehl_ps(lo1, lo0));
-            _mm_store_ps(a + 4 * h, _mm_movelh_ps(hi0, hi1));
-            _mm_store_ps(a + 6 * h, _mm_movehl_ps(hi1, hi0));
+        float* a = col + 2 * y;
+        for (int p = 0; p + 2 <= Pairs; p += 2, a += 4 * h) {
+            const __m128 v0 = _mm_loadu_ps(r0 + 2 * p), v1 = _mm_loadu_ps(r1 + 2 * p);
+            _mm_store_ps(a, _mm_movelh_ps(v0, v1));
+            _mm_store_ps(a + 2 * h, _mm_movehl_ps(v1, v0));
+        }
+        if (Pairs % 2) {
+            const __m128 v = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(r0 + kFloats - 2));
+            _mm_store_ps(a, _mm_loadh_pi(v, reinterpret_cast<const __m64*>(r1 + kFloats - 2)));
         }
     }
 
     static void scatterRows(const float* col, int h, int y, float* r0, float* r1) {
-        for (int q = 0; q < Quads; ++q) {
-            const float* a = col + 8 * h * q + 2 * y;
+        const float* a = col + 2 * y;
+        for (int p = 0; p + 2 <= Pairs; p += 2, a += 4 * h) {
             const __m128 v0 = _mm_load_ps(a), v1 = _mm_load_ps(a + 2 * h);
-            const __m128 v2 = _mm_load_ps(a + 4 * h), v3 = _mm_load_ps(a + 6 * h);
-            _mm_storeu_ps(r0 + 8 * q, _mm_movelh_ps(v0, v1));
-            _mm_storeu_ps(r0 + 8 * q + 4, _mm_movelh_ps(v2, v3));
-            _mm_storeu_ps(r1 + 8 * q, _mm_movehl_ps(v1, v0));
-            _mm_storeu_ps(r1 + 8 * q + 4, _mm_movehl_ps(v3, v2));
+            _mm_storeu_ps(r0 + 2 * p, _mm_movelh_ps(v0, v1));
+            _mm_storeu_ps(r1 + 2 * p, _mm_movehl_ps(v1, v0));
+        }
+        if (Pairs % 2) {
+            const __m128 v = _mm_load_ps(a);
+            _mm_storel_pi(reinterpret_cast<__m64*>(r0 + kFloats - 2), v);
+            _mm_storeh_pi(reinterpret_cast<__m64*>(r1 + kFloats - 2), v);
         }
     }
 
@@ -153,18 +137,18 @@ ZeqStatus realColumn(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t 
     return zeqStsOk;
 }
 
-// The complex column pairs from x on, in groups of 4·Quads pairs while whole
-// groups fit before column w-1; returns the first pair left over.
-template <class Dir, int Quads>
+// The complex column pairs from x on, in groups of Pairs while whole groups
+// fit before column w-1; x advances past them.
+template <class Dir, int Pairs>
 ZeqStatus columnGroups(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t dstStep, const Spec& s, float* buf,
                        int& x) {
-    using G = ColumnGroup<Quads>;
+    using G = ColumnGroup<Pairs>;
     const int w = 1 << s.orderX, h = 1 << s.orderY;
     if (x + G::kFloats > w - 1) return zeqStsOk;
-    Zeq8u* work = bytes(buf + 8 * Quads * h);
+    Zeq8u* work = bytes(buf + 2 * Pairs * h);
     G::gather(src, srcStep, x, h, buf);
     for (;;) {
-        for (int k = 0; k < 4 * Quads; ++k) ZQ_CHECK(Dir::complex(buf + 2 * h * k, s.colCplx, work));
+        for (int k = 0; k < Pairs; ++k) ZQ_CHECK(Dir::complex(buf + 2 * h * k, s.colCplx, work));
         const int next = x + G::kFloats;
         const bool more = next + G::kFloats <= w - 1;
         G::scatterGather(buf, h, dst, dstStep, x, src, srcStep, more ? next : -1);
@@ -177,19 +161,17 @@ ZeqStatus columnGroups(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_
 // to `dst` (the same image in the forward direction).
 template <class Dir>
 ZeqStatus columns(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t dstStep, const Spec& s, float* buf) {
-    const int w = 1 << s.orderX, h = 1 << s.orderY;
+    const int w = 1 << s.orderX;
     ZQ_CHECK(realColumn<Dir>(src, srcStep, dst, dstStep, 0, s, buf));
 
-    // Column pairs (x, x+1) for odd x < w-1: whole cache lines of them while
-    // they fit, then groups of four, then one by one.
+    // The w/2 - 1 column pairs (x, x+1), odd x: eight at a time, a whole cache
+    // line of each row, while they fit (their arrays fill the 16h floats that
+    // the buffer holds for them); the rest, 7 for w >= 16, as one more group.
     int x = 1;
-    ZQ_CHECK((columnGroups<Dir, kWideQuads>(src, srcStep, dst, dstStep, s, buf, x)));
+    ZQ_CHECK((columnGroups<Dir, 8>(src, srcStep, dst, dstStep, s, buf, x)));
+    ZQ_CHECK((columnGroups<Dir, 7>(src, srcStep, dst, dstStep, s, buf, x)));
+    ZQ_CHECK((columnGroups<Dir, 3>(src, srcStep, dst, dstStep, s, buf, x)));
     ZQ_CHECK((columnGroups<Dir, 1>(src, srcStep, dst, dstStep, s, buf, x)));
-    for (; x < w - 1; x += 2) {
-        gatherPair(src, srcStep, x, h, buf);
-        ZQ_CHECK(Dir::complex(buf, s.colCplx, bytes(buf + 2 * h)));
-        scatterPair(buf, dst, dstStep, x, h);
-    }
 
     return realColumn<Dir>(src, srcStep, dst, dstStep, w - 1, s, buf);
 }
