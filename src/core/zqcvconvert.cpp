@@ -5,8 +5,8 @@
 
 namespace {
 
-// Element counts above which the float output (four times the input) is
-// written past the caches.
+// Element counts above which the SSE2 kernel writes the float output (four
+// times the input) past the caches.
 constexpr int64_t kStreamContiguous = 52428;
 constexpr int64_t kStreamRows = 104858;
 constexpr int kStreamMinWidth = 256;
@@ -31,16 +31,26 @@ inline void widen(__m128i v, Zeq8s, __m128i out[4]) {
     out[3] = _mm_srai_epi32(_mm_unpackhi_epi16(hi, hi), 16);
 }
 
+// Converts the elements before dst reaches an Align-byte boundary, and moves
+// dst, n and the returned source position past them.
+template <int Align, class S>
+inline const S* convertUntilAligned(const S* src, Zeq32f*& dst, ptrdiff_t& n) {
+    // A destination that is not even 4-byte aligned never gets there.
+    ptrdiff_t head = (reinterpret_cast<uintptr_t>(dst) & 3) ? n
+                     : ptrdiff_t(((Align - (reinterpret_cast<uintptr_t>(dst) & (Align - 1))) & (Align - 1)) / 4);
+    if (head > n) head = n;
+    for (ptrdiff_t i = 0; i < head; ++i) dst[i] = Zeq32f(src[i]);
+    dst += head;
+    n -= head;
+    return src + head;
+}
+
+// The SSE2 kernel; non-temporal stores need an aligned destination.
 template <bool Stream, class S>
 void convertRow(const S* src, Zeq32f* dst, ptrdiff_t n) {
     using V = zq::Vec<Zeq32f>;
+    if constexpr (Stream) src = convertUntilAligned<16>(src, dst, n);
     ptrdiff_t i = 0;
-    if constexpr (Stream) {  // non-temporal stores need an aligned destination
-        if (reinterpret_cast<uintptr_t>(dst) & 3) {
-            for (; i < n; ++i) dst[i] = Zeq32f(src[i]);
-        }
-        for (; i < n && !zq::aligned16(dst + i); ++i) dst[i] = Zeq32f(src[i]);
-    }
     for (; i + 16 <= n; i += 16) {
         __m128i w[4];
         widen(_mm_loadu_si128(reinterpret_cast<const __m128i*>(src + i)), S(), w);
@@ -56,18 +66,6 @@ void convertRow(const S* src, Zeq32f* dst, ptrdiff_t n) {
 // output is four times the input, so the width of the stores decides the
 // speed, and non-temporal stores measured slower than cached ones there even
 // for full-HD frames.
-template <int Align, class S>
-inline const S* convertUntilAligned(const S* src, Zeq32f*& dst, ptrdiff_t& n) {
-    // A destination that is not even 4-byte aligned never gets there.
-    ptrdiff_t head = (reinterpret_cast<uintptr_t>(dst) & 3) ? n
-                     : ptrdiff_t(((Align - (reinterpret_cast<uintptr_t>(dst) & (Align - 1))) & (Align - 1)) / 4);
-    if (head > n) head = n;
-    for (ptrdiff_t i = 0; i < head; ++i) dst[i] = Zeq32f(src[i]);
-    dst += head;
-    n -= head;
-    return src + head;
-}
-
 inline __attribute__((target("avx2"))) __m256 toFloat8(const Zeq8u* p) {
     return _mm256_cvtepi32_ps(_mm256_cvtepu8_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p))));
 }

@@ -10,8 +10,9 @@ namespace zq {
 void ownsSet_8u(Zeq8u val, Zeq8u* dst, ptrdiff_t len);
 void ownsZero_8u(Zeq8u* dst, ptrdiff_t len);
 
-// Forward byte copy. With `stream` the bulk is written with non-temporal
-// stores: for blocks the caller will not read again soon.
+// Forward byte copy; src == dst is harmless. With `stream` the SSE2 path
+// writes the bulk with non-temporal stores, for blocks the caller will not
+// read again soon; wider registers, where present, are faster with cached stores.
 void ownsCopy_8u(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len, bool stream = false);
 
 // dst[i] = dividend[i] / divisor[i]; true when some divisor was zero.
