@@ -7,57 +7,70 @@
 
 #include <cstring>
 
+#include "fft/zqcvfftradix.h"
+
 namespace zq {
 namespace {
 
-constexpr float COSPI4 = 0.70710677f;
+struct Sse2 {
+    using R = __m128;
+    static constexpr int kFloats = 4;
+    static R load(const float* p) { return _mm_loadu_ps(p); }
+    static void store(float* p, R v) { _mm_storeu_ps(p, v); }
+    static R loadTable(const float* p) { return _mm_load_ps(p); }
+    static R add(R a, R b) { return _mm_add_ps(a, b); }
+    static R sub(R a, R b) { return _mm_sub_ps(a, b); }
+    static R mul(R a, R b) { return _mm_mul_ps(a, b); }
+    static R splat(float v) { return _mm_set1_ps(v); }
+    static R swapReIm(R a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)); }
+    static R negate(R a, bool imaginary) {
+        const int s = int(0x80000000u);
+        return _mm_xor_ps(a, imaginary ? _mm_castsi128_ps(_mm_set_epi32(s, 0, s, 0))
+                                       : _mm_castsi128_ps(_mm_set_epi32(0, s, 0, s)));
+    }
+};
 
-inline __m128 signBits(bool imaginary) {
-    return imaginary ? _mm_castsi128_ps(_mm_set_epi32(int(0x80000000u), 0, int(0x80000000u), 0))
-                     : _mm_castsi128_ps(_mm_set_epi32(0, int(0x80000000u), 0, int(0x80000000u)));
-}
-inline __m128 swapReIm(__m128 a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)); }
+using radix::COSPI4;
 
-// Multiplication by -i (forward) or +i (inverse).
 template <bool Inv>
 inline __m128 rotate(__m128 a) {
-    return _mm_xor_ps(swapReIm(a), signBits(!Inv));
+    return radix::rotate<Sse2, Inv>(a);
 }
-
-// a * w (forward) or a * conj(w) (inverse) with w laid out as (wr, wr), (-wi, wi).
-template <bool Inv>
-inline __m128 cmul(__m128 a, const float* w) {
-    const __m128 t = _mm_mul_ps(swapReIm(a), _mm_load_ps(w + 4));
-    const __m128 r = _mm_mul_ps(a, _mm_load_ps(w));
-    return Inv ? _mm_sub_ps(r, t) : _mm_add_ps(r, t);
-}
-
-// The 4-point DFT of (x0, x1, x2, x3) in natural order, in place.
 template <bool Inv>
 inline void butterfly4(__m128* x) {
-    const __m128 t0 = _mm_add_ps(x[0], x[2]), t1 = _mm_sub_ps(x[0], x[2]);
-    const __m128 t2 = _mm_add_ps(x[1], x[3]), t3 = rotate<Inv>(_mm_sub_ps(x[1], x[3]));
-    x[0] = _mm_add_ps(t0, t2);
-    x[2] = _mm_sub_ps(t0, t2);
-    x[1] = _mm_add_ps(t1, t3);
-    x[3] = _mm_sub_ps(t1, t3);
+    radix::butterfly4<Sse2, Inv>(x);
 }
 
-// The 8-point DFT of x[0..7] in natural order, in place: two 4-point DFTs of
-// the even and odd values joined by the eighth roots of unity.
+#if defined(__x86_64__)
+// Static initialisers may run before the processor model is filled in.
+bool detectAvx2() {
+    __builtin_cpu_init();
+    return __builtin_cpu_supports("avx2");
+}
+const bool kHaveAvx2 = detectAvx2();
+#else
+constexpr bool kHaveAvx2 = false;
+#endif
+
+template <bool Inv>
+void zeqs_cFft_Fact4_32fc(float* d, size_t n, size_t span, const float* tw) {
+#if defined(__x86_64__)
+    if (kHaveAvx2) return fact4Avx2(d, n, span, tw, Inv);
+#endif
+    radix::fact4<Sse2, Inv>(d, n, span, tw);
+}
+
+template <bool Inv>
+void zeqs_cFft_Fact2_32fc(float* d, size_t span, const float* tw) {
+#if defined(__x86_64__)
+    if (kHaveAvx2) return fact2Avx2(d, span, tw, Inv);
+#endif
+    radix::fact2<Sse2, Inv>(d, span, tw);
+}
+
 template <bool Inv>
 inline void butterfly8(__m128* x) {
-    __m128 e[4] = {x[0], x[2], x[4], x[6]}, o[4] = {x[1], x[3], x[5], x[7]};
-    butterfly4<Inv>(e);
-    butterfly4<Inv>(o);
-    const __m128 c = _mm_set1_ps(COSPI4);
-    o[1] = _mm_mul_ps(c, _mm_add_ps(o[1], rotate<Inv>(o[1])));
-    o[2] = rotate<Inv>(o[2]);
-    o[3] = _mm_mul_ps(c, _mm_sub_ps(rotate<Inv>(o[3]), o[3]));
-    for (int q = 0; q < 4; ++q) {
-        x[q] = _mm_add_ps(e[q], o[q]);
-        x[q + 4] = _mm_sub_ps(e[q], o[q]);
-    }
+    radix::butterfly8<Sse2, Inv>(x);
 }
 
 inline __m128 loadPair(const float* lo, const float* hi) {
@@ -83,14 +96,18 @@ int firstSpan(int m) { return (m & 1) ? 8 : 4; }
 
 // First pass reading the source through the bit-reverse table: output block
 // p of length 4 (m even) or 8 (m odd) is the DFT of the values at
-// rev(p) + j*N/4 (or N/8). src and dst are different arrays.
+// rev(p) + j*N/4 (or N/8). Makes `groups` blocks from table entry `rev` on;
+// src and dst are different arrays.
 template <bool Inv>
-void firstPassGather(const float* src, float* dst, int m, const int32_t* rev) {
+void firstPassGather(const float* src, float* dst, int m, const int32_t* rev, size_t groups) {
+#if defined(__x86_64__)
+    if (kHaveAvx2 && groups % 4 == 0) return firstPassGatherAvx2(src, dst, m, rev, groups, Inv);
+#endif
     const size_t n = size_t(1) << m;
     __m128 y[8];
     if (!(m & 1)) {
         const size_t quarter = n / 2;  // floats
-        for (size_t k = 0; k < n / 4; k += 2, dst += 16) {
+        for (size_t k = 0; k < groups; k += 2, dst += 16) {
             const float *s0 = src + rev[k], *s1 = src + rev[k + 1];
             for (int j = 0; j < 4; ++j) y[j] = loadPair(s0 + j * quarter, s1 + j * quarter);
             butterfly4<Inv>(y);
@@ -98,7 +115,7 @@ void firstPassGather(const float* src, float* dst, int m, const int32_t* rev) {
         }
         return;
     }
-    const size_t eighth = n / 4, groups = n / 8;
+    const size_t eighth = n / 4;
     if (groups == 1) {  // N = 8: a single block
         for (int j = 0; j < 8; ++j) y[j] = loadOne(src + j * eighth);
         butterfly8<Inv>(y);
@@ -116,11 +133,13 @@ void firstPassGather(const float* src, float* dst, int m, const int32_t* rev) {
 // First pass on data already in bit-reversed order, in place: position t of
 // a block holds input value rev(t) of its DFT.
 template <bool Inv>
-void firstPassInPlace(float* d, int m) {
-    const size_t n = size_t(1) << m;
+void firstPassInPlace(float* d, int m, size_t groups) {
+#if defined(__x86_64__)
+    if (kHaveAvx2 && groups % 4 == 0) return firstPassInPlaceAvx2(d, m, groups, Inv);
+#endif
     __m128 y[8];
     if (!(m & 1)) {
-        for (size_t k = 0; k < n / 4; k += 2, d += 16) {
+        for (size_t k = 0; k < groups; k += 2, d += 16) {
             const __m128 p0 = _mm_loadu_ps(d), q0 = _mm_loadu_ps(d + 4);
             const __m128 p1 = _mm_loadu_ps(d + 8), q1 = _mm_loadu_ps(d + 12);
             y[0] = _mm_movelh_ps(p0, p1);
@@ -133,7 +152,7 @@ void firstPassInPlace(float* d, int m) {
         return;
     }
     static const int rev3[4] = {0, 2, 1, 3};  // value pairs (t, t+1) hold inputs (rev3(t), rev3(t)+4)
-    for (size_t p = 0; p < n / 8; p += 2, d += 32) {
+    for (size_t p = 0; p < groups; p += 2, d += 32) {
         for (int t = 0; t < 4; ++t) {
             const __m128 a = _mm_loadu_ps(d + 4 * t), b = _mm_loadu_ps(d + 16 + 4 * t);
             y[rev3[t]] = _mm_movelh_ps(a, b);
@@ -144,58 +163,38 @@ void firstPassInPlace(float* d, int m) {
     }
 }
 
-// One radix-4 decimation-in-time stage over `n` complex values: each group of
-// four consecutive sub-transforms of length `span` (stored in bit-reversed
-// order: offsets 0, 2, 1, 3) becomes one transform of length 4*span.
-// Twiddles: 24 floats per two butterflies, the same for every group.
-template <bool Inv>
-void zeqs_cFft_Fact4_32fc(float* d, size_t n, size_t span, const float* tw) {
-    const size_t s2 = 2 * span;
-    for (size_t g = 0; g < n; g += 4 * span) {
-        float* p0 = d + 2 * g;
-        float *p1 = p0 + s2, *p2 = p1 + s2, *p3 = p2 + s2;
+// The stages run depth first: each block of 2^10 or 2^11 values (16 KiB at
+// most) is transformed completely while it sits in the first-level cache;
+// the remaining stages then join the blocks. `first(b, groups)` makes the
+// first-pass blocks from position b on.
+constexpr int kL1BlockOrder = 11;
+
+template <bool Inv, class First>
+void radix4DepthFirst(float* d, int m, const float* tw, const First& first) {
+    const int blockOrder = m < kL1BlockOrder ? m : kL1BlockOrder - ((m & 1) ? 0 : 1);
+    const size_t n = size_t(1) << m, len = size_t(1) << blockOrder, s0 = size_t(firstSpan(m));
+    for (size_t b = 0; b < n; b += len) {
+        first(b, len / s0);
         const float* w = tw;
-        for (size_t k = 0; k < s2; k += 4, w += 24) {
-            __m128 x[4] = {_mm_loadu_ps(p0 + k), cmul<Inv>(_mm_loadu_ps(p2 + k), w),
-                           cmul<Inv>(_mm_loadu_ps(p1 + k), w + 8), cmul<Inv>(_mm_loadu_ps(p3 + k), w + 16)};
-            butterfly4<Inv>(x);
-            _mm_storeu_ps(p0 + k, x[0]);
-            _mm_storeu_ps(p1 + k, x[1]);
-            _mm_storeu_ps(p2 + k, x[2]);
-            _mm_storeu_ps(p3 + k, x[3]);
-        }
+        for (size_t s = s0; 4 * s <= len; w += 12 * s, s *= 4) zeqs_cFft_Fact4_32fc<Inv>(d + 2 * b, len, s, w);
     }
-}
-
-// The last radix-2 stage joining two halves of `span` values each.
-template <bool Inv>
-void zeqs_cFft_Fact2_32fc(float* d, size_t span, const float* tw) {
-    float* p1 = d + 2 * span;
-    for (size_t k = 0; k < 2 * span; k += 4, tw += 8) {
-        const __m128 a = _mm_loadu_ps(d + k), b = cmul<Inv>(_mm_loadu_ps(p1 + k), tw);
-        _mm_storeu_ps(d + k, _mm_add_ps(a, b));
-        _mm_storeu_ps(p1 + k, _mm_sub_ps(a, b));
-    }
-}
-
-template <bool Inv>
-void radix4Stages(float* d, int m, const float* tw) {
-    const size_t n = size_t(1) << m;
-    for (size_t s = size_t(firstSpan(m)); 4 * s <= n; tw += 12 * s, s *= 4) zeqs_cFft_Fact4_32fc<Inv>(d, n, s, tw);
+    size_t s = s0;
+    for (; 4 * s <= len; s *= 4) tw += 12 * s;
+    for (; 4 * s <= n; tw += 12 * s, s *= 4) zeqs_cFft_Fact4_32fc<Inv>(d, n, s, tw);
 }
 
 // Natural-order source to destination, the permutation fused into the first pass.
 template <bool Inv>
 void zeqs_cRadix4Norm_32fc(const float* src, float* dst, int m, const FftSpec& spec) {
-    firstPassGather<Inv>(src, dst, m, spec.bitRev);
-    radix4Stages<Inv>(dst, m, spec.twdL1);
+    radix4DepthFirst<Inv>(dst, m, spec.twdL1, [&](size_t b, size_t groups) {
+        firstPassGather<Inv>(src, dst + 2 * b, m, spec.bitRev + b / 4, groups);
+    });
 }
 
 // In place on data already in bit-reversed order.
 template <bool Inv>
 void zeqs_cRadix4_32fc(float* d, int m, const float* tw) {
-    firstPassInPlace<Inv>(d, m);
-    radix4Stages<Inv>(d, m, tw);
+    radix4DepthFirst<Inv>(d, m, tw, [&](size_t b, size_t groups) { firstPassInPlace<Inv>(d + 2 * b, m, groups); });
 }
 
 // ---- bit-reversal permutations (m >= 6) ----
@@ -423,12 +422,47 @@ namespace {
 inline size_t recIndex(size_t k) { return ((k - 1) / 4) * 8 + (k - 1) % 4; }
 }  // namespace
 
+namespace {
+
+// Pairs (Z[k], Z[N/2-k]) for k .. k+3, as re and im vectors in k order: the
+// second half of the spectrum is read backwards.
+struct Mirrored {
+    __m128 are, aim, bre, bim;
+};
+inline Mirrored loadMirrored(const float* a, const float* b) {  // b = &Z[N/2-k-3]
+    const __m128 a01 = _mm_loadu_ps(a), a23 = _mm_loadu_ps(a + 4);
+    const __m128 b32 = _mm_loadu_ps(b), b10 = _mm_loadu_ps(b + 4);
+    return {_mm_shuffle_ps(a01, a23, _MM_SHUFFLE(2, 0, 2, 0)), _mm_shuffle_ps(a01, a23, _MM_SHUFFLE(3, 1, 3, 1)),
+            _mm_shuffle_ps(b10, b32, _MM_SHUFFLE(0, 2, 0, 2)), _mm_shuffle_ps(b10, b32, _MM_SHUFFLE(1, 3, 1, 3))};
+}
+inline void storeMirrored(float* a, float* b, __m128 xr, __m128 xi, __m128 yr, __m128 yi) {
+    _mm_storeu_ps(a, _mm_unpacklo_ps(xr, xi));
+    _mm_storeu_ps(a + 4, _mm_unpackhi_ps(xr, xi));
+    const __m128 y01 = _mm_unpacklo_ps(yr, yi), y23 = _mm_unpackhi_ps(yr, yi);
+    _mm_storeu_ps(b + 4, _mm_shuffle_ps(y01, y01, _MM_SHUFFLE(1, 0, 3, 2)));
+    _mm_storeu_ps(b, _mm_shuffle_ps(y23, y23, _MM_SHUFFLE(1, 0, 3, 2)));
+}
+
+}  // namespace
+
+// Four k at a time while the group stays below N/4, then one at a time; both
+// paths do the same operations.
 void zeqs_cRealRecombine_32f(float* x, size_t n, const float* tab) {
     const float re0 = x[0], im0 = x[1];
     x[0] = re0 + im0;
     x[1] = re0 - im0;
     const size_t quarter = n / 4;
-    for (size_t k = 1; k < quarter; ++k) {
+    size_t k = 1;
+    for (; k + 3 < quarter; k += 4) {
+        const Mirrored z = loadMirrored(x + 2 * k, x + n - 2 * k - 6);
+        const __m128 c = _mm_load_ps(tab + recIndex(k)), s = _mm_load_ps(tab + recIndex(k) + 4);
+        const __m128 d = _mm_sub_ps(z.are, z.bre), e = _mm_add_ps(z.aim, z.bim);
+        const __m128 p = _mm_add_ps(_mm_mul_ps(c, e), _mm_mul_ps(s, d));
+        const __m128 q = _mm_sub_ps(_mm_mul_ps(s, e), _mm_mul_ps(c, d));
+        storeMirrored(x + 2 * k, x + n - 2 * k - 6, _mm_add_ps(z.bre, p), _mm_sub_ps(q, z.bim),
+                      _mm_sub_ps(z.are, p), _mm_sub_ps(q, z.aim));
+    }
+    for (; k < quarter; ++k) {
         const float c = tab[recIndex(k)], s = tab[recIndex(k) + 4];
         float *a = x + 2 * k, *b = x + n - 2 * k;
         const float ar = a[0], ai = a[1], br = b[0], bi = b[1];
@@ -447,7 +481,18 @@ void zeqs_cCcsRecombine_32f(float* x, size_t n, const float* tab) {
     x[0] = r0 + rh;
     x[1] = r0 - rh;
     const size_t quarter = n / 4;
-    for (size_t k = 1; k < quarter; ++k) {
+    size_t k = 1;
+    for (; k + 3 < quarter; k += 4) {
+        const Mirrored z = loadMirrored(x + 2 * k, x + n - 2 * k - 6);
+        const __m128 c = _mm_load_ps(tab + recIndex(k)), s = _mm_load_ps(tab + recIndex(k) + 4);
+        const __m128 d = _mm_sub_ps(z.are, z.bre), g = _mm_add_ps(z.aim, z.bim), h = _mm_sub_ps(z.aim, z.bim);
+        const __m128 p = _mm_add_ps(_mm_mul_ps(s, g), _mm_mul_ps(c, d));
+        const __m128 q = _mm_sub_ps(_mm_mul_ps(s, d), _mm_mul_ps(c, g));
+        const __m128 sum = _mm_add_ps(z.are, z.bre);
+        storeMirrored(x + 2 * k, x + n - 2 * k - 6, _mm_add_ps(sum, q), _mm_add_ps(h, p), _mm_sub_ps(sum, q),
+                      _mm_sub_ps(p, h));
+    }
+    for (; k < quarter; ++k) {
         const float c = tab[recIndex(k)], s = tab[recIndex(k) + 4];
         float *a = x + 2 * k, *b = x + n - 2 * k;
         const float ar = a[0], ai = a[1], br = b[0], bi = b[1];

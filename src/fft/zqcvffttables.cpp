@@ -42,12 +42,17 @@ Twiddle twiddle(const float* base, size_t nb, size_t j) {
     return {c, -s};
 }
 
-// Twiddles for two neighbouring butterflies, laid out for the SSE2 complex
-// product a*w = a*(wr, wr) + swap(a)*(-wi, wi): eight floats per factor.
-float* putPair(float* out, Twiddle w0, Twiddle w1) {
-    const float v[8] = {w0.re, w0.re, w1.re, w1.re, -w0.im, w0.im, -w1.im, w1.im};
-    std::memcpy(out, v, sizeof v);
-    return out + 8;
+// Twiddles of four neighbouring butterflies k .. k+3, laid out for the
+// complex product a*w = a*(wr, wr) + swap(a)*(-wi, wi) on four complex values
+// at once: eight floats (wr, wr) then eight floats (-wi, wi) per factor.
+float* putQuad(float* out, const float* base, size_t nb, size_t j0, size_t dj) {
+    for (size_t i = 0; i < 4; ++i) {
+        const Twiddle w = twiddle(base, nb, j0 + i * dj);
+        out[2 * i] = out[2 * i + 1] = w.re;
+        out[8 + 2 * i] = -w.im;
+        out[8 + 2 * i + 1] = w.im;
+    }
+    return out + 16;
 }
 
 // Stages of the in-cache transform of order m: the first pass makes DFTs of
@@ -68,9 +73,8 @@ float* zeqs_createTabTwd_L1_32f(int m, const float* base, int baseOrder) {
     float* out = tab;
     for (size_t s = size_t(firstSpan(m)); 4 * s <= n; s *= 4) {
         const size_t unit = nb / (4 * s);
-        for (size_t k = 0; k < s; k += 2)
-            for (size_t q = 1; q <= 3; ++q)
-                out = putPair(out, twiddle(base, nb, q * k * unit), twiddle(base, nb, q * (k + 1) * unit));
+        for (size_t k = 0; k < s; k += 4)
+            for (size_t q = 1; q <= 3; ++q) out = putQuad(out, base, nb, q * k * unit, q * unit);
     }
     return tab;
 }
@@ -101,16 +105,15 @@ float* createTabTwd_Step(int m, const float* base, int baseOrder) {
         size_t span = cols, sub = rows;
         for (int t = 0; t < b / 2; ++t, span *= 4, sub *= 4) {
             const size_t unit = unitN * ((size_t(1) << m) / (4 * sub));
-            for (size_t kk = 0; kk < span; kk += 2) {
+            for (size_t kk = 0; kk < span; kk += 4) {
                 const size_t k = (kk / cols) * rows + c + kk % cols;
-                for (size_t q = 1; q <= 3; ++q)
-                    out = putPair(out, twiddle(base, nb, q * k * unit), twiddle(base, nb, q * (k + 1) * unit));
+                for (size_t q = 1; q <= 3; ++q) out = putQuad(out, base, nb, q * k * unit, q * unit);
             }
         }
         if (b & 1) {
-            for (size_t kk = 0; kk < span; kk += 2) {
+            for (size_t kk = 0; kk < span; kk += 4) {
                 const size_t k = (kk / cols) * rows + c + kk % cols;
-                out = putPair(out, twiddle(base, nb, k * unitN), twiddle(base, nb, (k + 1) * unitN));
+                out = putQuad(out, base, nb, k * unitN, unitN);
             }
         }
     }
