@@ -334,15 +334,18 @@ TEST_F(CannyCases, PlateauKeepsLeftmostHorizontallyAndNoneDiagonally) {
 }
 
 TEST_F(CannyCases, WeakPixelsJoinOnlyThroughEightConnectedCandidates) {
-    // A vertical edge (horizontal gradient) in column 2, strong at the top only,
-    // broken by a gap in row 3; a diagonal step links row 5 to column 3.
+    // A vertical edge (horizontal gradient): weak rows 0-2 in column 2, a gap
+    // in row 3, then row 4 in column 2 and rows 5-6 in column 3, strong only
+    // in row 6. The strong pixel reaches row 4 through the diagonal step, but
+    // not across the gap.
     const int w = 6, h = 7;
     std::vector<Zeq16s> dx(size_t(w * h), 0), dy(size_t(w * h), 0);
     for (int y = 0; y < h; ++y)
-        if (y != 3) dx[size_t(y * w + (y < 5 ? 2 : 3))] = Zeq16s(y == 0 ? 9 : 4);
+        if (y != 3) dx[size_t(y * w + (y < 5 ? 2 : 3))] = Zeq16s(y == 6 ? 9 : 4);
     const auto edges = run(dx, dy, w, h, 2, 8);
     for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) EXPECT_EQ(y < 3 && x == 2 ? 255 : 0, edges.at(x, y)) << x << "," << y;
+        for (int x = 0; x < w; ++x)
+            EXPECT_EQ(y > 3 && x == (y < 5 ? 2 : 3) ? 255 : 0, edges.at(x, y)) << x << "," << y;
 }
 
 TEST(Canny32f, NegativeZeroCountsAsNegativeSign) {
