@@ -7,7 +7,7 @@ constexpr float kAlpha = 0.125f;
 
 // A frame, a mask selecting about half of its pixels and a float accumulator.
 struct Frames {
-    std::vector<Zeq8u> src = zqb::randomFrame<Zeq8u>(1, 0, 255);
+    std::vector<Zeq8u> src = zqb::randomFrame<Zeq8u>(1, 1, 255);  // no zeros: see Frames()
     std::vector<Zeq8u> mask = zqb::randomFrame<Zeq8u>(2, 0, 255);
     std::vector<Zeq32f> acc = zqb::randomFrame<Zeq32f>(3, 0, 255);
     Frames() {

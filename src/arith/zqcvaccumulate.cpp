@@ -3,8 +3,8 @@
 // average, plain or under a mask.
 //
 // Every function is one instantiation of accumulate<Op, Masked, Source>; the
-// row kernels are in zqcvaccumulate.h, built for SSE2 here and for AVX2 in
-// zqcvaccumulateavx2.cpp.
+// row kernels are in zqcvaccumulate.h, built for SSE2 here and for wider
+// registers in zqcvaccumulateavx2.cpp and zqcvaccumulateavx512.cpp.
 #include "arith/zqcvaccumulate.h"
 #include "core/zqcvsimd.h"
 
@@ -12,12 +12,20 @@ namespace {
 
 using Op = zq::AccOp;
 
-const bool kHaveAvx2 = __builtin_cpu_supports("avx2");
+enum class Isa { Sse2, Avx2, Avx512 };
+const Isa kIsa = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                         __builtin_cpu_supports("avx512vl")
+                     ? Isa::Avx512
+                 : __builtin_cpu_supports("avx2") ? Isa::Avx2
+                                                  : Isa::Sse2;
 
 template <Op O, bool Masked, class S>
 void accumulateRow(const S* a, const S* b, const Zeq8u* m, Zeq32f* acc, ptrdiff_t n, Zeq32f alpha) {
-    if (kHaveAvx2) zq::accumulateRowAvx2<O, Masked>(a, b, m, acc, n, alpha);
-    else accumulateRowSse2<O, Masked>(a, b, m, acc, n, alpha);
+    switch (kIsa) {
+    case Isa::Avx512: return zq::accumulateRowAvx512<O, Masked>(a, b, m, acc, n, alpha);
+    case Isa::Avx2: return zq::accumulateRowAvx2<O, Masked>(a, b, m, acc, n, alpha);
+    default: return accumulateRowSse2<O, Masked>(a, b, m, acc, n, alpha);
+    }
 }
 
 // The region, as one long row when no row has padding. Steps here are the

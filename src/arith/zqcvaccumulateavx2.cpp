@@ -18,6 +18,7 @@ namespace {
 struct Avx2 {
     using F = __m256;
     using I = __m256i;
+    using M = __m256;
     static constexpr int lanes = 8;
 
     static F load(const Zeq32f* p) { return _mm256_loadu_ps(p); }
@@ -26,7 +27,7 @@ struct Avx2 {
     static F sub(F a, F b) { return _mm256_sub_ps(a, b); }
     static F mul(F a, F b) { return _mm256_mul_ps(a, b); }
     static F set1(Zeq32f v) { return _mm256_set1_ps(v); }
-    static F zeroWhere(F out, F v) { return _mm256_andnot_ps(out, v); }
+    static F zeroWhere(M out, F v) { return _mm256_andnot_ps(out, v); }
     static I mullo16(I a, I b) { return _mm256_mullo_epi16(a, b); }
 
     template <class S>
@@ -34,6 +35,13 @@ struct Avx2 {
         for (int k = 0; k < 2; ++k) {
             const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * k));
             w[k] = std::is_signed<S>::value ? _mm256_cvtepi8_epi16(v) : _mm256_cvtepu8_epi16(v);
+        }
+    }
+    template <class S>
+    static void floats8(const S* p, F f[4]) {
+        for (int k = 0; k < 4; ++k) {
+            const __m128i v = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p + 8 * k));
+            f[k] = _mm256_cvtepi32_ps(std::is_signed<S>::value ? _mm256_cvtepi8_epi32(v) : _mm256_cvtepu8_epi32(v));
         }
     }
     static void load16(const Zeq16u* p, I w[2]) {
@@ -48,7 +56,7 @@ struct Avx2 {
             f[2 * k + 1] = _mm256_cvtepi32_ps(Signed ? _mm256_cvtepi16_epi32(hi) : _mm256_cvtepu16_epi32(hi));
         }
     }
-    static void maskedOut(const Zeq8u* m, F out[4]) {
+    static void maskedOut(const Zeq8u* m, M out[4]) {
         for (int k = 0; k < 4; ++k) {
             const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(m + 8 * k));
             out[k] = _mm256_castsi256_ps(_mm256_cmpeq_epi32(_mm256_cvtepu8_epi32(bytes), _mm256_setzero_si256()));
@@ -62,25 +70,9 @@ namespace zq {
 
 template <AccOp O, bool Masked, class S>
 void accumulateRowAvx2(const S* a, const S* b, const Zeq8u* m, Zeq32f* acc, ptrdiff_t n, Zeq32f alpha) {
-    ptrdiff_t i = accumulateBlocks<Avx2, O, Masked>(a, b, m, acc, 0, n, alpha);
-    i = accumulateBlocks<Sse2, O, Masked>(a, b, m, acc, i, n, alpha);
-    accumulateScalar<O, Masked>(a, b, m, acc, i, n, alpha);
+    accumulateRowWide<Avx2, O, Masked>(a, b, m, acc, n, alpha);
 }
 
-#define ZQ_ACCUMULATE_ROW(O, MASKED, S) \
-    template void accumulateRowAvx2<O, MASKED, S>(const S*, const S*, const Zeq8u*, Zeq32f*, ptrdiff_t, Zeq32f);
-#define ZQ_ACCUMULATE_ROWS(S)                          \
-    ZQ_ACCUMULATE_ROW(AccOp::Add, false, S)            \
-    ZQ_ACCUMULATE_ROW(AccOp::Add, true, S)             \
-    ZQ_ACCUMULATE_ROW(AccOp::Square, false, S)         \
-    ZQ_ACCUMULATE_ROW(AccOp::Square, true, S)          \
-    ZQ_ACCUMULATE_ROW(AccOp::Product, false, S)        \
-    ZQ_ACCUMULATE_ROW(AccOp::Product, true, S)         \
-    ZQ_ACCUMULATE_ROW(AccOp::Weighted, false, S)       \
-    ZQ_ACCUMULATE_ROW(AccOp::Weighted, true, S)
-ZQ_ACCUMULATE_ROWS(Zeq8u)
-ZQ_ACCUMULATE_ROWS(Zeq8s)
-ZQ_ACCUMULATE_ROWS(Zeq16u)
-ZQ_ACCUMULATE_ROWS(Zeq32f)
+ZQ_ACCUMULATE_ROWS(accumulateRowAvx2)
 
 }  // namespace zq

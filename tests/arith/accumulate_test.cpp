@@ -89,7 +89,7 @@ TYPED_TEST(Accumulate, MatchesReferenceOverRandomLayouts) {
         for (bool masked : {false, true}) {
             if (!exists<S>(Op(op), masked)) continue;
             for (int iter = 0; iter < 40; ++iter) {
-                const int w = iter < 20 ? iter + 1 : rng.uniform(1, 90), h = rng.uniform(1, 5);
+                const int w = iter < 20 ? iter + 1 : rng.uniform(1, 160), h = rng.uniform(1, 5);
                 Image<S> a(w, h, 1, e * rng.uniform(0, 9), e * rng.uniform(0, 15));
                 Image<S> b(w, h, 1, e * rng.uniform(0, 3), e * rng.uniform(0, 15));
                 Image<Zeq8u> m(w, h, 1, rng.uniform(0, 5), rng.uniform(0, 15));
