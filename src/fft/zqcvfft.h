@@ -82,6 +82,7 @@ void zeqs_rbMpy1_32f(float factor, float* data, size_t count);
 #if defined(__x86_64__)
 // The radix stages with 256-bit registers (zqcvfftavx2.cpp).
 void fact4Avx2(float* d, size_t n, size_t span, const float* tw, bool inverse);
+void fact16Avx2(float* d, size_t n, size_t span, const float* twA, const float* twB, bool inverse);
 void fact2Avx2(float* d, size_t span, const float* tw, bool inverse);
 // First passes of the in-cache transform, four blocks at a time (groups % 4 == 0).
 void firstPassGatherAvx2(const float* src, float* dst, int m, const int32_t* rev, size_t groups, bool inverse);

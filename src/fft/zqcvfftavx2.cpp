@@ -131,6 +131,11 @@ void fact4Avx2(float* d, size_t n, size_t span, const float* tw, bool inverse) {
     else radix::fact4<Avx, false>(d, n, span, tw);
 }
 
+void fact16Avx2(float* d, size_t n, size_t span, const float* twA, const float* twB, bool inverse) {
+    if (inverse) radix::fact16<Avx, true>(d, n, span, twA, twB);
+    else radix::fact16<Avx, false>(d, n, span, twA, twB);
+}
+
 void fact2Avx2(float* d, size_t span, const float* tw, bool inverse) {
     if (inverse) radix::fact2<Avx, true>(d, span, tw);
     else radix::fact2<Avx, false>(d, span, tw);

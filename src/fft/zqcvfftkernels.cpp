@@ -61,6 +61,29 @@ void zeqs_cFft_Fact4_32fc(float* d, size_t n, size_t span, const float* tw) {
 }
 
 template <bool Inv>
+void fact16(float* d, size_t n, size_t span, const float* twA, const float* twB) {
+#if defined(__x86_64__)
+    if (kHaveAvx2) return fact16Avx2(d, n, span, twA, twB, Inv);
+#endif
+    radix::fact16<Sse2, Inv>(d, n, span, twA, twB);
+}
+
+// The radix-4 stages of spans span, 4*span, ... up to n/4 over n values,
+// two at a time where possible. Returns the twiddles that follow theirs.
+template <bool Inv>
+const float* radix4Run(float* d, size_t n, size_t span, const float* tw) {
+    for (; 16 * span <= n; span *= 16) {
+        fact16<Inv>(d, n, span, tw, tw + 12 * span);
+        tw += 60 * span;
+    }
+    if (4 * span <= n) {
+        zeqs_cFft_Fact4_32fc<Inv>(d, n, span, tw);
+        tw += 12 * span;
+    }
+    return tw;
+}
+
+template <bool Inv>
 void zeqs_cFft_Fact2_32fc(float* d, size_t span, const float* tw) {
 #if defined(__x86_64__)
     if (kHaveAvx2) return fact2Avx2(d, span, tw, Inv);
@@ -173,14 +196,12 @@ template <bool Inv, class First>
 void radix4DepthFirst(float* d, int m, const float* tw, const First& first) {
     const int blockOrder = m < kL1BlockOrder ? m : kL1BlockOrder - ((m & 1) ? 0 : 1);
     const size_t n = size_t(1) << m, len = size_t(1) << blockOrder, s0 = size_t(firstSpan(m));
+    const float* joinTw = tw;
     for (size_t b = 0; b < n; b += len) {
         first(b, len / s0);
-        const float* w = tw;
-        for (size_t s = s0; 4 * s <= len; w += 12 * s, s *= 4) zeqs_cFft_Fact4_32fc<Inv>(d + 2 * b, len, s, w);
+        joinTw = radix4Run<Inv>(d + 2 * b, len, s0, tw);
     }
-    size_t s = s0;
-    for (; 4 * s <= len; s *= 4) tw += 12 * s;
-    for (; 4 * s <= n; tw += 12 * s, s *= 4) zeqs_cFft_Fact4_32fc<Inv>(d, n, s, tw);
+    if (len < n) radix4Run<Inv>(d, n, len, joinTw);
 }
 
 // Natural-order source to destination, the permutation fused into the first pass.
@@ -273,9 +294,9 @@ void cFftBlkStep(float* d, int m, float* const* stepTwd, const FftSpec& spec, fl
     for (size_t c = 0; c < len; c += cols) {
         for (size_t j = 0; j < blocks; ++j)  // zeqs_cFft_BlkMerge_32fc
             std::memcpy(buf + 2 * j * cols, d + 2 * (j * len + c), 8 * cols);
-        size_t span = cols;
-        for (int t = 0; t < b / 2; ++t, tw += 12 * span, span *= 4) zeqs_cFft_Fact4_32fc<Inv>(buf, total, span, tw);
+        tw = radix4Run<Inv>(buf, total, cols, tw);
         if (b & 1) {
+            const size_t span = total / 2;
             zeqs_cFft_Fact2_32fc<Inv>(buf, span, tw);
             tw += 4 * span;
         }
