@@ -40,40 +40,21 @@ void fillBytes(Zeq8u* dst, ptrdiff_t len, __m128i v) {
     for (; i < len; ++i) dst[i] = b;
 }
 
-// Copies of 128 bytes and more with 32-byte registers into an aligned
-// destination. Always cached stores: on processors with these registers,
-// non-temporal stores measured slower even for multi-megabyte images. Every
-// block is loaded before it is stored, so src == dst is harmless.
-inline __attribute__((target("avx2"))) __m256i load(const Zeq8u* p) {
-    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
-}
+// ---- copy ----
+//
+// Wider paths, chosen by what the processor offers, all use cached stores:
+// there, non-temporal stores measured slower even for multi-megabyte images.
+// Each loads a block before storing it, so src == dst is harmless.
 
-__attribute__((target("avx2"))) void copyAvx2(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
-    // One unaligned block first, then the rest from the next 32-byte boundary.
-    const __m256i first = load(src);
-    ptrdiff_t i = ptrdiff_t(32 - (reinterpret_cast<uintptr_t>(dst) & 31));
-    for (; i + 128 <= len; i += 128) {
-        const __m256i a = load(src + i), b = load(src + i + 32), c = load(src + i + 64), d = load(src + i + 96);
-        auto* out = reinterpret_cast<__m256i*>(dst + i);
-        _mm256_store_si256(out, a);
-        _mm256_store_si256(out + 1, b);
-        _mm256_store_si256(out + 2, c);
-        _mm256_store_si256(out + 3, d);
-    }
-    for (; i + 32 <= len; i += 32) _mm256_store_si256(reinterpret_cast<__m256i*>(dst + i), load(src + i));
-    const __m256i last = load(src + len - 32);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), first);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + len - 32), last);
-}
-
-const bool kHaveAvx2 = __builtin_cpu_supports("avx2");
-// Processors with enhanced string moves copy large blocks fastest with one
-// `rep movsb`, which they carry out a cache line at a time.
+// Enhanced string moves (ERMS) run one `rep movsb` a cache line at a time,
+// the fastest way to copy a large block.
 bool haveFastStringMoves() {
     unsigned a, b, c, d;
     return __get_cpuid_count(7, 0, &a, &b, &c, &d) && (b & (1u << 9));
 }
 const bool kHaveFastStringMoves = haveFastStringMoves();
+const bool kHaveAvx512 = __builtin_cpu_supports("avx512f");
+const bool kHaveAvx2 = __builtin_cpu_supports("avx2");
 
 void copyStringMove(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
     size_t n = size_t(len);
@@ -81,11 +62,15 @@ void copyStringMove(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
 }
 
 #define ZQ_AVX512 __attribute__((target("avx2,avx512f")))
-inline ZQ_AVX512 __m512i load64(const Zeq8u* p) { return _mm512_loadu_si512(p); }
+#define ZQ_AVX2 __attribute__((target("avx2")))
 
-// The same with 64-byte registers: each aligned store fills one cache line.
+inline ZQ_AVX512 __m512i load64(const Zeq8u* p) { return _mm512_loadu_si512(p); }
+inline ZQ_AVX2 __m256i load32(const Zeq8u* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
+
+// At least 256 bytes: one unaligned line at each end, and aligned whole
+// lines from the destination's first 64-byte boundary.
 ZQ_AVX512 void copyAvx512(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
-    const __m512i first = load64(src);
+    const __m512i first = load64(src), last = load64(src + len - 64);
     ptrdiff_t i = ptrdiff_t(64 - (reinterpret_cast<uintptr_t>(dst) & 63));
     for (; i + 256 <= len; i += 256) {
         const __m512i a = load64(src + i), b = load64(src + i + 64), c = load64(src + i + 128), d = load64(src + i + 192);
@@ -95,12 +80,26 @@ ZQ_AVX512 void copyAvx512(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
         _mm512_store_si512(dst + i + 192, d);
     }
     for (; i + 64 <= len; i += 64) _mm512_store_si512(dst + i, load64(src + i));
-    const __m512i last = load64(src + len - 64);
     _mm512_storeu_si512(dst, first);
     _mm512_storeu_si512(dst + len - 64, last);
 }
 
-const bool kHaveAvx512 = __builtin_cpu_supports("avx512f");
+// The same with 32-byte registers, for at least 128 bytes.
+ZQ_AVX2 void copyAvx2(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
+    const __m256i first = load32(src), last = load32(src + len - 32);
+    ptrdiff_t i = ptrdiff_t(32 - (reinterpret_cast<uintptr_t>(dst) & 31));
+    for (; i + 128 <= len; i += 128) {
+        const __m256i a = load32(src + i), b = load32(src + i + 32), c = load32(src + i + 64), d = load32(src + i + 96);
+        auto* out = reinterpret_cast<__m256i*>(dst + i);
+        _mm256_store_si256(out, a);
+        _mm256_store_si256(out + 1, b);
+        _mm256_store_si256(out + 2, c);
+        _mm256_store_si256(out + 3, d);
+    }
+    for (; i + 32 <= len; i += 32) _mm256_store_si256(reinterpret_cast<__m256i*>(dst + i), load32(src + i));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), first);
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + len - 32), last);
+}
 
 // ---- division ----
 
