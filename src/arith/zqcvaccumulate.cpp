@@ -13,11 +13,13 @@ namespace {
 using Op = zq::AccOp;
 
 enum class Isa { Sse2, Avx2, Avx512 };
-const Isa kIsa = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-                         __builtin_cpu_supports("avx512vl")
-                     ? Isa::Avx512
-                 : __builtin_cpu_supports("avx2") ? Isa::Avx2
-                                                  : Isa::Sse2;
+
+Isa widestIsa() {
+    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl"))
+        return Isa::Avx512;
+    return __builtin_cpu_supports("avx2") ? Isa::Avx2 : Isa::Sse2;
+}
+const Isa kIsa = widestIsa();
 
 template <Op O, bool Masked, class S>
 void accumulateRow(const S* a, const S* b, const Zeq8u* m, Zeq32f* acc, ptrdiff_t n, Zeq32f alpha) {
