@@ -87,6 +87,8 @@ void fact2Avx2(float* d, size_t span, const float* tw, bool inverse);
 // First passes of the in-cache transform, four blocks at a time (groups % 4 == 0).
 void firstPassGatherAvx2(const float* src, float* dst, int m, const int32_t* rev, size_t groups, bool inverse);
 void firstPassInPlaceAvx2(float* d, int m, size_t groups, bool inverse);
+// The whole first pass of order m >= 5 with contiguous loads.
+void firstPassGatherAllAvx2(const float* src, float* dst, int m, const int32_t* rev, bool inverse);
 #endif
 
 }  // namespace zq

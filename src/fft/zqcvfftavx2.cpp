@@ -86,6 +86,33 @@ void gather(const float* src, float* dst, int m, const int32_t* rev, size_t grou
     }
 }
 
+// The whole first pass at once. Blocks k, k + G/2, k + G/4 and k + 3G/4 (G
+// blocks) read neighbouring source values, rev(k) + 0..3 (k < G/4), so each
+// of their inputs comes from one 32-byte load.
+template <bool Inv>
+void gatherAll(const float* src, float* dst, int m, const int32_t* rev) {
+    const size_t n = size_t(1) << m;
+    __m256 y[8];
+    const int count = (m & 1) ? 8 : 4;               // values per block
+    const size_t groups = n / size_t(count), stride = 2 * size_t(count);  // floats per block
+    const size_t leg = 2 * n / size_t(count);        // floats between the inputs of a block
+    float* out[4];
+    for (size_t k = 0; k < groups / 4; ++k) {
+        const float* s = src + rev[(m & 1) ? 2 * k : k];
+        for (int j = 0; j < count; ++j) y[j] = _mm256_loadu_ps(s + j * leg);
+        if (m & 1) radix::butterfly8<Avx, Inv>(y);
+        else radix::butterfly4<Avx, Inv>(y);
+        out[0] = dst + k * stride;
+        out[1] = out[0] + (groups / 2) * stride;
+        out[2] = out[0] + (groups / 4) * stride;
+        out[3] = out[1] + (groups / 4) * stride;
+        for (int i = 0; i < count; i += 4) {
+            transpose4(y + i);
+            for (int g = 0; g < 4; ++g) _mm256_storeu_ps(out[g] + 2 * i, y[i + g]);
+        }
+    }
+}
+
 // Blocks in bit-reversed order: (y0, y2, y1, y3), or (y0, y4, y2, y6, y1, y5, y3, y7).
 template <bool Inv>
 void inPlace(float* d, int m, size_t groups) {
@@ -119,6 +146,11 @@ void inPlace(float* d, int m, size_t groups) {
 void firstPassGatherAvx2(const float* src, float* dst, int m, const int32_t* rev, size_t groups, bool inverse) {
     if (inverse) gather<true>(src, dst, m, rev, groups);
     else gather<false>(src, dst, m, rev, groups);
+}
+
+void firstPassGatherAllAvx2(const float* src, float* dst, int m, const int32_t* rev, bool inverse) {
+    if (inverse) gatherAll<true>(src, dst, m, rev);
+    else gatherAll<false>(src, dst, m, rev);
 }
 
 void firstPassInPlaceAvx2(float* d, int m, size_t groups, bool inverse) {

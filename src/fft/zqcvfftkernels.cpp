@@ -207,6 +207,13 @@ void radix4DepthFirst(float* d, int m, const float* tw, const First& first) {
 // Natural-order source to destination, the permutation fused into the first pass.
 template <bool Inv>
 void zeqs_cRadix4Norm_32fc(const float* src, float* dst, int m, const FftSpec& spec) {
+#if defined(__x86_64__)
+    if (kHaveAvx2 && m >= 5) {
+        firstPassGatherAllAvx2(src, dst, m, spec.bitRev, Inv);
+        radix4DepthFirst<Inv>(dst, m, spec.twdL1, [](size_t, size_t) {});
+        return;
+    }
+#endif
     radix4DepthFirst<Inv>(dst, m, spec.twdL1, [&](size_t b, size_t groups) {
         firstPassGather<Inv>(src, dst + 2 * b, m, spec.bitRev + b / 4, groups);
     });
