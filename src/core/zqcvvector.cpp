@@ -188,7 +188,7 @@ void ownsSet_8u(Zeq8u val, Zeq8u* dst, ptrdiff_t len) { fillBytes(dst, len, _mm_
 void ownsZero_8u(Zeq8u* dst, ptrdiff_t len) { fillBytes(dst, len, _mm_setzero_si128()); }
 
 void ownsCopy_8u(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len, bool stream) {
-    if (kHaveFastStringMoves && len >= 4096) {
+    if (kHaveFastStringMoves && len >= 1024) {
         copyStringMove(src, dst, len);
         return;
     }
