@@ -2,10 +2,9 @@
 // and real transforms, the table builders and the transform kernels.
 //
 // Data is always interleaved (re, im) floats. A complex transform of order m
-// runs, by size: straight-line kernels (m < 3 as exported calls, see below),
-// an in-cache radix-4 transform up to m = 15, and from m = 16 a blocked
-// transform that splits the data into cache-sized blocks and combines them
-// through a small work buffer.
+// runs, by size: straight-line kernels for N <= 8, an in-cache radix-4
+// transform up to m = 15, and from m = 16 a blocked transform that splits the
+// data into cache-sized blocks and combines them through the work buffer.
 #ifndef ZQCV_FFT_H
 #define ZQCV_FFT_H
 
@@ -59,8 +58,8 @@ void freeTables(FftSpec& spec);
 
 // ---- kernels (zqcvfftkernels.cpp) ----
 
-// The transform of 2^order values for order 0..3 (complex) or 0..3 (real,
-// writing or reading the intermediate order R0, R(N/2), R1, I1, ...).
+// The transforms of 2^order values, order 0..3; the real ones write or read
+// the intermediate order R0, R(N/2), R1, I1, ...
 // factor == nullptr means no scaling.
 void smallComplex(const float* src, float* dst, int order, bool inverse, const float* factor);
 void smallRealFwd(const float* src, float* dst, int order, const float* factor);

@@ -1,6 +1,8 @@
-// Transform kernels of the one-dimensional FFT (SSE2). A register holds two
-// interleaved complex values; the butterflies below work on two independent
-// transforms at once, one per half of the register.
+// Transform kernels of the one-dimensional FFT. The SSE2 kernels hold two
+// interleaved complex values per register and run two independent blocks at
+// once, one per half of the register; where the processor has 256-bit
+// registers the radix stages and first passes go to zqcvfftavx2.cpp instead,
+// with the same arithmetic per value.
 #include "fft/zqcvfft.h"
 
 #include <emmintrin.h>
@@ -32,10 +34,6 @@ struct Sse2 {
 
 using radix::COSPI4;
 
-template <bool Inv>
-inline __m128 rotate(__m128 a) {
-    return radix::rotate<Sse2, Inv>(a);
-}
 template <bool Inv>
 inline void butterfly4(__m128* x) {
     radix::butterfly4<Sse2, Inv>(x);
