@@ -5,6 +5,7 @@
 // Every function is one instantiation of accumulate<Op, Masked, Source>; the
 // row kernels are in zqcvaccumulate.h, built for SSE2 here and for wider
 // registers in zqcvaccumulateavx2.cpp and zqcvaccumulateavx512.cpp.
+#include "core/zqcvcpu.h"
 #include "arith/zqcvaccumulate.h"
 #include "core/zqcvsimd.h"
 
@@ -14,12 +15,7 @@ using Op = zq::AccOp;
 
 enum class Isa { Sse2, Avx2, Avx512 };
 
-Isa widestIsa() {
-    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl"))
-        return Isa::Avx512;
-    return __builtin_cpu_supports("avx2") ? Isa::Avx2 : Isa::Sse2;
-}
-const Isa kIsa = widestIsa();
+const Isa kIsa = zq::cpu().avx512 ? Isa::Avx512 : zq::cpu().avx2 ? Isa::Avx2 : Isa::Sse2;
 
 template <Op O, bool Masked, class S>
 void accumulateRow(const S* a, const S* b, const Zeq8u* m, Zeq32f* acc, ptrdiff_t n, Zeq32f alpha) {

@@ -1,4 +1,9 @@
 // Conversion of 8-bit images to float, each value exactly.
+
+// GCC 12 takes the deliberately undefined pass-through operand of the 512-bit
+// conversions for an uninitialised variable.
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#include "core/zqcvcpu.h"
 #include "core/zqcvsimd.h"
 
 #include <immintrin.h>
@@ -102,8 +107,8 @@ ZQ_AVX512 void convertRowAvx512(const S* src, Zeq32f* dst, ptrdiff_t n) {
     for (; i < n; ++i) dst[i] = Zeq32f(src[i]);
 }
 
-const bool kHaveAvx512 = __builtin_cpu_supports("avx512f");
-const bool kHaveAvx2 = __builtin_cpu_supports("avx2");
+const bool kHaveAvx512 = zq::cpu().avx512;
+const bool kHaveAvx2 = zq::cpu().avx2;
 
 // The SSE2 kernel streams large outputs past the caches.
 template <bool Stream, class S>

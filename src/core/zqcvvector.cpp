@@ -1,5 +1,6 @@
 // Vector helpers on contiguous arrays: set, zero, copy, divide, square and
 // square root.
+#include "core/zqcvcpu.h"
 #include "core/zqcvvector.h"
 #include "core/zqcvsimd.h"
 
@@ -53,8 +54,8 @@ bool haveFastStringMoves() {
     return __get_cpuid_count(7, 0, &a, &b, &c, &d) && (b & (1u << 9));
 }
 const bool kHaveFastStringMoves = haveFastStringMoves();
-const bool kHaveAvx512 = __builtin_cpu_supports("avx512f");
-const bool kHaveAvx2 = __builtin_cpu_supports("avx2");
+const bool kHaveAvx512 = zq::cpu().avx512;
+const bool kHaveAvx2 = zq::cpu().avx2;
 
 void copyStringMove(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
     size_t n = size_t(len);

@@ -1,5 +1,6 @@
 // Fast arctangent: direction angles in degrees of (x, y) vectors, about 0.15
 // degree accurate, a register of elements at a time and no branches.
+#include "core/zqcvcpu.h"
 #include "core/zqcvsimd.h"
 
 #include <immintrin.h>
@@ -68,9 +69,7 @@ ZQ_AVX512 int ownFastArctan_32f_Avx512(const Zeq32f* pSrcY, const Zeq32f* pSrcX,
     return i;
 }
 
-// Initialised before the processor model may have been read: ask for it first.
-const bool kHaveAvx512 =
-    (__builtin_cpu_init(), __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl"));
+const bool kHaveAvx512 = zq::cpu().avx512;
 
 void ownFastArctan_32f(const Zeq32f* pSrcY, const Zeq32f* pSrcX, Zeq32f* pDst, int len) {
     int i = kHaveAvx512 ? ownFastArctan_32f_Avx512(pSrcY, pSrcX, pDst, len) : 0;

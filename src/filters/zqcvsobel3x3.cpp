@@ -8,6 +8,7 @@
 // results (DxDy takes the horizontal difference first), which fixes the order
 // of the float sums. Integer sums are exact in 16-bit lanes (at most
 // 16 x 255 in magnitude), so their order does not matter.
+#include "core/zqcvcpu.h"
 #include "core/zqcvsimd.h"
 
 #include <immintrin.h>
@@ -191,8 +192,7 @@ ZQ_AVX2 void ownFilterInterior_Avx2(const T* const rows[3], Dst* d, int width, F
     }
 }
 
-// Initialised before the processor model may have been read: ask for it first.
-const bool kHaveAvx2 = (__builtin_cpu_init(), __builtin_cpu_supports("avx2"));
+const bool kHaveAvx2 = zq::cpu().avx2;
 
 // One destination row from the source rows above, at and below it (already
 // replicated at the top and bottom). Columns 0 and width-1, and rows too

@@ -4,6 +4,7 @@
 // Integer sums are exact: 8-bit rows sum in 32 bits and square in 64 bits,
 // rows then add up in 64 bits and (squares) in double. 16u values are shifted
 // by -32768 first so a row's squares fit 64 bits. Float sums run in double.
+#include "core/zqcvcpu.h"
 #include "stats/zqcvstatrows.h"
 
 #include <immintrin.h>
@@ -211,7 +212,7 @@ __attribute__((target("avx2"))) void ownSums_8u_C1R_Avx2(const Zeq8u* src, int s
     _mm256_zeroupper();
 }
 
-const bool kHaveAvx2 = __builtin_cpu_supports("avx2");
+const bool kHaveAvx2 = zq::cpu().avx2;
 
 // Second pass for float images whose spread is small against their mean:
 // deviations from the mean rounded to float, squared and summed in float
