@@ -3,6 +3,7 @@
 // once, one per half of the register; where the processor has 256-bit
 // registers the radix stages and first passes go to zqcvfftavx2.cpp instead,
 // with the same arithmetic per value.
+#include "core/zqcvcpu.h"
 #include "fft/zqcvfft.h"
 
 #include <emmintrin.h>
@@ -40,12 +41,7 @@ inline void butterfly4(__m128* x) {
 }
 
 #if defined(__x86_64__)
-// Static initialisers may run before the processor model is filled in.
-bool detectAvx2() {
-    __builtin_cpu_init();
-    return __builtin_cpu_supports("avx2");
-}
-const bool kHaveAvx2 = detectAvx2();
+const bool kHaveAvx2 = cpu().avx2;
 #else
 constexpr bool kHaveAvx2 = false;
 #endif
