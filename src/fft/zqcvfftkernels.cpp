@@ -340,7 +340,7 @@ void complexTransform(const float* src, float* dst, int m, const FftSpec& spec, 
 
 void smallComplex(const float* src, float* dst, int order, bool inverse, const float* factor) {
     const int n = 1 << order;
-    __m128 x[8];
+    __m128 x[8] = {};  // order 0 to 2 leave the upper entries unused
     for (int j = 0; j < n; ++j) x[j] = loadOne(src + 2 * j);
     if (order == 1) {
         const __m128 a = x[0];
