@@ -267,19 +267,6 @@ void ownMean_StdDev_32f_C1R(const Zeq32f* src, int srcStep, ZeqiSize roi, Zeq64f
 
 constexpr bool kMasked = true, kWhole = false;
 
-// Checks shared by the whole family, in their documented order.
-template <class T, int Ch, bool Masked>
-ZeqStatus checkArgs(const T* src, int srcStep, const Zeq8u* mask, int maskStep, ZeqiSize roi, int coi) {
-    if constexpr (Masked) ZQ_CHECK(zq::nonNull(src, mask));
-    else ZQ_CHECK(zq::nonNull(src));
-    ZQ_CHECK(zq::roiSize(roi));
-    ZQ_CHECK(zq::stepsAtLeast(zq::rowBytes<T>(roi.width, Ch), srcStep));
-    if constexpr (Masked) ZQ_CHECK(zq::stepsAtLeast(zq::rowBytes<Zeq8u>(roi.width), maskStep));
-    if constexpr (std::is_same<T, Zeq32f>::value) ZQ_CHECK(zq::stepsEven(srcStep));
-    if constexpr (Ch == 3) ZQ_CHECK(zq::channelOfInterest(coi));
-    return zeqStsOk;
-}
-
 template <class T, int Ch, bool Masked>
 double pixelCount(const Zeq8u* mask, int maskStep, ZeqiSize roi) {
     if constexpr (Masked) return double(zq::countNonZero(mask, maskStep, roi.width, roi.height));
@@ -291,7 +278,7 @@ double pixelCount(const Zeq8u* mask, int maskStep, ZeqiSize roi) {
 template <class T, int Ch>
 ZeqStatus mean(const T* src, int srcStep, const Zeq8u* mask, int maskStep, ZeqiSize roi, int coi, Zeq64f* pMean) {
     ZQ_CHECK(zq::nonNull(pMean));
-    ZQ_CHECK((checkArgs<T, Ch, kMasked>(src, srcStep, mask, maskStep, roi, coi)));
+    ZQ_CHECK((zq::checkStatArgs<T, Ch, kMasked>(src, srcStep, mask, maskStep, roi, coi)));
     const auto s = regionSums<T, Ch, kMasked, false>(src, srcStep, mask, maskStep, roi, coi - 1);
     const int64_t n = zq::countNonZero(mask, maskStep, roi.width, roi.height);
     if constexpr (sizeof(T) == 1) {
@@ -306,7 +293,7 @@ ZeqStatus mean(const T* src, int srcStep, const Zeq8u* mask, int maskStep, ZeqiS
 template <class T, int Ch, bool Masked>
 ZeqStatus meanStdDev(const T* src, int srcStep, const Zeq8u* mask, int maskStep, ZeqiSize roi, int coi,
                      Zeq64f* pMean, Zeq64f* pStdDev) {
-    ZQ_CHECK((checkArgs<T, Ch, Masked>(src, srcStep, mask, maskStep, roi, coi)));
+    ZQ_CHECK((zq::checkStatArgs<T, Ch, Masked>(src, srcStep, mask, maskStep, roi, coi)));
     const int c0 = Ch == 3 ? coi - 1 : 0;
     if (!pMean && !pStdDev) return zeqStsOk;
     if constexpr (std::is_same<T, Zeq32f>::value && Ch == 1 && !Masked) {

@@ -173,13 +173,7 @@ constexpr bool kMasked = true, kWhole = false;
 template <class T, int Ch, bool Masked>
 ZeqStatus minMaxIndx(const T* src, int srcStep, const Zeq8u* mask, int maskStep, ZeqiSize roi, int coi,
                      Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
-    if constexpr (Masked) ZQ_CHECK(zq::nonNull(src, mask));
-    else ZQ_CHECK(zq::nonNull(src));
-    ZQ_CHECK(zq::roiSize(roi));
-    ZQ_CHECK(zq::stepsAtLeast(zq::rowBytes<T>(roi.width, Ch), srcStep));
-    if constexpr (Masked) ZQ_CHECK(zq::stepsAtLeast(zq::rowBytes<Zeq8u>(roi.width), maskStep));
-    if constexpr (std::is_same<T, Zeq32f>::value) ZQ_CHECK(zq::stepsEven(srcStep));
-    if constexpr (Ch == 3) ZQ_CHECK(zq::channelOfInterest(coi));
+    ZQ_CHECK((zq::checkStatArgs<T, Ch, Masked>(src, srcStep, mask, maskStep, roi, coi)));
     const Extremes e = ownMinMaxIndx<T, Ch, Masked>(src, srcStep, mask, maskStep, roi, Ch == 3 ? coi - 1 : 0);
     *pMinVal = e.minVal;
     *pMaxVal = e.maxVal;

@@ -172,6 +172,21 @@ inline int64_t countNonZero(const Zeq8u* mask, ptrdiff_t maskStep, int width, in
     return n;
 }
 
+// Checks of the statistics over a region, plain or masked, single-channel or
+// channel of interest (Ch 3), in their documented order. Result pointers are
+// each family's own affair.
+template <class T, int Ch, bool Masked>
+ZeqStatus checkStatArgs(const T* src, int srcStep, const Zeq8u* mask, int maskStep, ZeqiSize roi, int coi) {
+    if constexpr (Masked) ZQ_CHECK(nonNull(src, mask));
+    else ZQ_CHECK(nonNull(src));
+    ZQ_CHECK(roiSize(roi));
+    ZQ_CHECK(stepsAtLeast(rowBytes<T>(roi.width, Ch), srcStep));
+    if constexpr (Masked) ZQ_CHECK(stepsAtLeast(rowBytes<Zeq8u>(roi.width), maskStep));
+    if constexpr (std::is_same<T, Zeq32f>::value) ZQ_CHECK(stepsEven(srcStep));
+    if constexpr (Ch == 3) ZQ_CHECK(channelOfInterest(coi));
+    return zeqStsOk;
+}
+
 }  // namespace zq
 
 #endif
