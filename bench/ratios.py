@@ -18,12 +18,16 @@ for b in json.loads(out)["benchmarks"]:
     scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}[b["time_unit"]]
     times.setdefault(workload, {})[impl] = b["real_time"] * scale
 
+def us(t):
+    return f"{t:.3g}" if t < 100 else f"{t:.0f}"
+
 print("| workload | zeqcv (us) | peer | peer (us) | peer / zeqcv |")
 print("|---|---:|---|---:|---:|")
 for workload, impls in times.items():
     ours = impls.get("zeqcv")
-    peers = [(k, v) for k, v in impls.items() if k != "zeqcv"] or [("-", None)]
-    for peer, t in peers:
-        ratio = f"{t / ours:.2f}" if (t and ours) else "-"
-        print(f"| {workload} | {ours:.1f} | {peer} | {t:.1f} | {ratio} |" if t else
-              f"| {workload} | {ours:.1f} | - | - | - |")
+    peers = sorted((k, v) for k, v in impls.items() if k != "zeqcv")
+    for peer, t in peers or [("-", None)]:
+        if t and ours:
+            print(f"| {workload} | {us(ours)} | {peer} | {us(t)} | {t / ours:.2f} |")
+        else:
+            print(f"| {workload} | {us(ours) if ours else '-'} | {peer} | - | - |")
