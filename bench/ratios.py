@@ -1,20 +1,23 @@
 #!/usr/bin/env python3
 """Run the benchmark binary once and print a Markdown table of zeqcv against its
-peers: for every workload, the time of each implementation and the ratio
-peer time / zeqcv time (above 1: zeqcv is faster)."""
+peers: for every workload, the median time of each implementation and the
+ratio peer time / zeqcv time (above 1: zeqcv is faster). Repetitions are
+interleaved at random, so a burst of load elsewhere hits both sides alike."""
 import json
 import subprocess
 import sys
 
 binary = sys.argv[1] if len(sys.argv) > 1 else "build/bench/zeqcv-bench"
 extra = sys.argv[2:]
-out = subprocess.run([binary, "--benchmark_format=json", "--benchmark_min_time=0.2"] + extra,
+out = subprocess.run([binary, "--benchmark_format=json", "--benchmark_min_time=0.1",
+                      "--benchmark_repetitions=7", "--benchmark_enable_random_interleaving=true",
+                      "--benchmark_report_aggregates_only=true"] + extra,
                      check=True, capture_output=True, text=True).stdout
 times = {}
 for b in json.loads(out)["benchmarks"]:
-    if b.get("run_type") == "aggregate":
+    if b.get("aggregate_name") != "median":
         continue
-    workload, _, impl = b["name"].partition("/")
+    workload, _, impl = b["run_name"].partition("/")
     scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}[b["time_unit"]]
     times.setdefault(workload, {})[impl] = b["real_time"] * scale
 
