@@ -88,6 +88,8 @@ void firstPassGatherAvx2(const float* src, float* dst, int m, const int32_t* rev
 void firstPassInPlaceAvx2(float* d, int m, size_t groups, bool inverse);
 // The whole first pass of order m >= 5 with contiguous loads.
 void firstPassGatherAllAvx2(const float* src, float* dst, int m, const int32_t* rev, bool inverse);
+// The whole complex transform of order 6, src to a different dst.
+void complexOrder6Avx2(const float* src, float* dst, const int32_t* rev, const float* tw, bool inverse);
 #endif
 
 }  // namespace zq

@@ -113,6 +113,21 @@ void gatherAll(const float* src, float* dst, int m, const int32_t* rev) {
     }
 }
 
+// The whole transform of 64 values in registers: the gathering first pass
+// (as gatherAll) followed by both radix-4 stages (as fact16 with span 4).
+template <bool Inv>
+void order6(const float* src, float* dst, const int32_t* rev, const float* tw) {
+    __m256 x[16];
+    for (int k = 0; k < 4; ++k) {
+        __m256 y[4];
+        for (int j = 0; j < 4; ++j) y[j] = _mm256_loadu_ps(src + rev[k] + 32 * j);
+        radix::butterfly4<Avx, Inv>(y);
+        transpose4(y);
+        x[k] = y[0], x[k + 8] = y[1], x[k + 4] = y[2], x[k + 12] = y[3];
+    }
+    radix::radix16<Avx, Inv>(x, tw, tw + 48, 48, dst, 8);
+}
+
 // Blocks in bit-reversed order: (y0, y2, y1, y3), or (y0, y4, y2, y6, y1, y5, y3, y7).
 template <bool Inv>
 void inPlace(float* d, int m, size_t groups) {
@@ -151,6 +166,11 @@ void firstPassGatherAvx2(const float* src, float* dst, int m, const int32_t* rev
 void firstPassGatherAllAvx2(const float* src, float* dst, int m, const int32_t* rev, bool inverse) {
     if (inverse) gatherAll<true>(src, dst, m, rev);
     else gatherAll<false>(src, dst, m, rev);
+}
+
+void complexOrder6Avx2(const float* src, float* dst, const int32_t* rev, const float* tw, bool inverse) {
+    if (inverse) order6<true>(src, dst, rev, tw);
+    else order6<false>(src, dst, rev, tw);
 }
 
 void firstPassInPlaceAvx2(float* d, int m, size_t groups, bool inverse) {

@@ -202,6 +202,7 @@ void radix4DepthFirst(float* d, int m, const float* tw, const First& first) {
 template <bool Inv>
 void zeqs_cRadix4Norm_32fc(const float* src, float* dst, int m, const FftSpec& spec) {
 #if defined(__x86_64__)
+    if (kHaveAvx2 && m == 6) return complexOrder6Avx2(src, dst, spec.bitRev, spec.twdL1, Inv);
     if (kHaveAvx2 && m >= 5) {
         firstPassGatherAllAvx2(src, dst, m, spec.bitRev, Inv);
         radix4DepthFirst<Inv>(dst, m, spec.twdL1, [](size_t, size_t) {});

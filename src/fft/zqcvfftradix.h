@@ -83,36 +83,56 @@ void fact4(float* d, size_t n, size_t span, const float* tw) {
     }
 }
 
+// Two radix-4 stages on 16 registers: four groups of four sub-transforms
+// (x[4a .. 4a+3], offsets 0, 2, 1, 3) with twiddles wA, then the four
+// transforms x[a], x[4+a], x[8+a], x[12+a] with twiddles wB + a*wBStep.
+// Result i goes to out + i*outStride floats.
+template <class V, bool Inv>
+inline void radix16(typename V::R* x, const float* wA, const float* wB, size_t wBStep, float* out,
+                    size_t outStride) {
+    using R = typename V::R;
+    for (int a = 0; a < 4; ++a) {
+        R* y = x + 4 * a;
+        R t[4] = {y[0], cmul<V, Inv>(y[2], wA, wA + 8), cmul<V, Inv>(y[1], wA + 16, wA + 24),
+                  cmul<V, Inv>(y[3], wA + 32, wA + 40)};
+        butterfly4<V, Inv>(t);
+        for (int j = 0; j < 4; ++j) y[j] = t[j];
+    }
+    for (int a = 0; a < 4; ++a) {
+        const float* w = wB + a * wBStep;
+        R t[4] = {x[a], cmul<V, Inv>(x[8 + a], w, w + 8), cmul<V, Inv>(x[4 + a], w + 16, w + 24),
+                  cmul<V, Inv>(x[12 + a], w + 32, w + 40)};
+        butterfly4<V, Inv>(t);
+        for (int j = 0; j < 4; ++j) V::store(out + (4 * j + a) * outStride, t[j]);
+    }
+}
+
 // Two radix-4 stages in one pass (spans `span` and 4*span): the 16 values
 // that the two stages combine for butterfly k stay in registers. Gives the
-// same bits as the two stages one after the other.
-template <class V, bool Inv>
+// same bits as the two stages one after the other. The spans inside a
+// first-level-cache block are compiled as constants: with a run-time span the
+// 16 row offsets do not fit in the general registers.
+template <class V, bool Inv, size_t FixedSpan = 0>
 void fact16(float* d, size_t n, size_t span, const float* twA, const float* twB) {
+    if (FixedSpan == 0) {
+        switch (span) {
+        case 4: return fact16<V, Inv, 4>(d, n, span, twA, twB);
+        case 8: return fact16<V, Inv, 8>(d, n, span, twA, twB);
+        case 64: return fact16<V, Inv, 64>(d, n, span, twA, twB);
+        case 128: return fact16<V, Inv, 128>(d, n, span, twA, twB);
+        default: break;
+        }
+    }
     using R = typename V::R;
-    const size_t s2 = 2 * span;
+    const size_t s2 = 2 * (FixedSpan ? FixedSpan : span);
     for (size_t g = 0; g < n; g += 16 * span) {
         float* p = d + 2 * g;
         for (size_t k = 0; k < s2; k += 8) {
-            const float* wA = twA + (k / 8) * 48;
+            const float *wA = twA + (k / 8) * 48, *wB = twB + (k / 8) * 48;
             for (int h = 0; h < 8; h += V::kFloats) {
                 R x[16];
                 for (int i = 0; i < 16; ++i) x[i] = V::load(p + i * s2 + k + h);
-                for (int a = 0; a < 4; ++a) {  // first stage: four groups of 4*span
-                    R* y = x + 4 * a;
-                    R t[4] = {y[0], cmul<V, Inv>(y[2], wA + h, wA + 8 + h), cmul<V, Inv>(y[1], wA + 16 + h, wA + 24 + h),
-                              cmul<V, Inv>(y[3], wA + 32 + h, wA + 40 + h)};
-                    butterfly4<V, Inv>(t);
-                    for (int j = 0; j < 4; ++j) y[j] = t[j];
-                }
-                for (int a = 0; a < 4; ++a) {  // second stage: butterfly k + a*span
-                    const float* wB = twB + ((k + a * s2) / 8) * 48;
-                    R t[4] = {x[a], cmul<V, Inv>(x[8 + a], wB + h, wB + 8 + h),
-                              cmul<V, Inv>(x[4 + a], wB + 16 + h, wB + 24 + h),
-                              cmul<V, Inv>(x[12 + a], wB + 32 + h, wB + 40 + h)};
-                    butterfly4<V, Inv>(t);
-                    for (int j = 0; j < 4; ++j) x[4 * j + a] = t[j];
-                }
-                for (int i = 0; i < 16; ++i) V::store(p + i * s2 + k + h, x[i]);
+                radix16<V, Inv>(x, wA + h, wB + h, (s2 / 8) * 48, p + k + h, s2);
             }
         }
     }
