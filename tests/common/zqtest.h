@@ -132,6 +132,12 @@ inline uint32_t bitsOf(float v) {
     return b;
 }
 
+inline float floatFromBits(uint32_t bits) {
+    float f;
+    std::memcpy(&f, &bits, 4);
+    return f;
+}
+
 inline uint64_t bitsOf(double v) {
     uint64_t b;
     std::memcpy(&b, &v, 8);

@@ -8,12 +8,6 @@ namespace {
 
 using zqt::Rng;
 
-float floatOf(uint32_t bits) {
-    float f;
-    std::memcpy(&f, &bits, 4);
-    return f;
-}
-
 // A float array that starts `misalign` bytes past a 64-byte boundary, with
 // guard bytes on both sides.
 struct Buffer {
@@ -202,7 +196,7 @@ bool refSqrt(const float* x, float* out, int len) {
     for (; i < head && i < len; ++i) out[i] = refSqrtExact(x[i]);
     for (; i + 8 <= len; i += 8) {
         bool fast = true;
-        for (int k = i; k < i + 8; ++k) fast &= x[k] >= floatOf(0x00800000);
+        for (int k = i; k < i + 8; ++k) fast &= x[k] >= zqt::floatFromBits(0x00800000);
         for (int k = i; k < i + 8; ++k) out[k] = fast ? refSqrtFast(x[k]) : refSqrtExact(x[k]);
     }
     for (; i < len; ++i) out[i] = refSqrtExact(x[i]);
@@ -211,7 +205,7 @@ bool refSqrt(const float* x, float* out, int len) {
 
 TEST(VectorSqrt, MatchesGroupedReference) {
     Rng rng(23);
-    const float specials[] = {-0.0f, 0.0f, floatOf(0x00000003), floatOf(0x00800000), -1.0f,
+    const float specials[] = {-0.0f, 0.0f, zqt::floatFromBits(0x00000003), zqt::floatFromBits(0x00800000), -1.0f,
                               std::numeric_limits<float>::quiet_NaN(), 3e38f};
     for (int iter = 0; iter < 200; ++iter) {
         const int len = iter < 40 ? iter + 1 : rng.uniform(1, 200);
@@ -245,13 +239,13 @@ TEST(VectorSqrt, ControlWordIsRestoredAndDenormalsAreRoots) {
     const unsigned callers = (saved | 0x0040u) & ~0x0200u;  // DAZ on, divide-by-zero unmasked
     _mm_setcsr(callers);
     float v[9];
-    for (float& x : v) x = floatOf(0x00000010);
+    for (float& x : v) x = zqt::floatFromBits(0x00000010);
     const ZeqStatus st = zeqsSqrt_32f_I(v, 9);
     const unsigned after = _mm_getcsr();
     _mm_setcsr(saved);
     EXPECT_EQ(zeqStsOk, st);
     EXPECT_EQ(callers & ~0x3fu, after & ~0x3fu);
-    for (float x : v) EXPECT_EQ(refSqrtExact(floatOf(0x00000010)), x);
+    for (float x : v) EXPECT_EQ(refSqrtExact(zqt::floatFromBits(0x00000010)), x);
     EXPECT_NE(0.0f, v[0]);
 }
 

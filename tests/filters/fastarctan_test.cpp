@@ -8,12 +8,6 @@ namespace {
 
 using zqt::Rng;
 
-float fromBits(uint32_t b) {
-    float f;
-    std::memcpy(&f, &b, 4);
-    return f;
-}
-
 // One angle from the definition. The reciprocal estimate is the processor's,
 // so the reference asks the same instruction for it.
 float reference(float y, float x) {
@@ -22,7 +16,7 @@ float reference(float y, float x) {
     const float r0 = _mm_cvtss_f32(_mm_rcp_ss(_mm_set_ss(mx)));
     const float r = 2.0f * r0 - mx * r0 * r0;
     const float t = mn * r;
-    float a = (fromBits(0xC17D02D3) * t + fromBits(0x42746075)) * t + fromBits(0xBE0FDF57);
+    float a = (zqt::floatFromBits(0xC17D02D3) * t + zqt::floatFromBits(0x42746075)) * t + zqt::floatFromBits(0xBE0FDF57);
     if (ax < ay) a = 90.0f - a;
     if (x < 0) a = 180.0f - a;
     if (y < 0) a = 360.0f - a;
@@ -36,7 +30,7 @@ float arctan(float y, float x) {
 }
 
 TEST(FastArctan, DocumentedValues) {
-    const float c = fromBits(0xBE0FDF57);  // the uncorrected constant term, -0.14050041
+    const float c = zqt::floatFromBits(0xBE0FDF57);  // the uncorrected constant term, -0.14050041
     EXPECT_EQ(zqt::bitsOf(c), zqt::bitsOf(arctan(0, 0)));
     EXPECT_EQ(zqt::bitsOf(c), zqt::bitsOf(arctan(0, 1)));
     EXPECT_EQ(zqt::bitsOf(c), zqt::bitsOf(arctan(-0.0f, -0.0f)));  // -0 counts as non-negative

@@ -90,14 +90,10 @@ TYPED_TEST(MeanStdDev, UnalignedRows) {
     Rng rng(5);
     for (int channels : {1, 3})
         for (int w : {1, 7, 40}) {
-            const int h = 5, step = w * channels * int(sizeof(T)) + (sizeof(T) == 1 ? 3 : sizeof(T) == 2 ? 1 : 6);
-            std::vector<char> buf(size_t(step) * h + 16);
-            for (int y = 0; y < h; ++y)
-                for (int k = 0; k < w * channels; ++k) {
-                    const T v = rng.any<T>();
-                    std::memcpy(&buf[1 + size_t(step) * y + size_t(k) * sizeof(T)], &v, sizeof(T));
-                }
-            const T* src = reinterpret_cast<const T*>(buf.data() + 1);
+            const int h = 5;
+            std::vector<char> buf;
+            const T* src;
+            const int step = statst::unalignedRows<T>(rng, w, h, channels, buf, src);
             const Layout l{channels, channels == 3 ? 2 : 1};
             const Stats want = reference<T>(src, step, l, {w, h});
             Stats got{};

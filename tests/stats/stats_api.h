@@ -94,6 +94,22 @@ Case randomCase(zqt::Rng& rng, int iter) {
     return c;
 }
 
+// Random rows that start one byte past an aligned address and lie an odd
+// number of elements apart (16u: an odd byte count; 32f: 2 mod 4), which
+// the statistics accept. Returns the step; `src` points into `buf`.
+template <class T>
+int unalignedRows(zqt::Rng& rng, int w, int h, int channels, std::vector<char>& buf, const T*& src) {
+    const int step = w * channels * int(sizeof(T)) + (sizeof(T) == 1 ? 3 : sizeof(T) == 2 ? 1 : 6);
+    buf.assign(size_t(step) * h + 16, 0);
+    for (int y = 0; y < h; ++y)
+        for (int k = 0; k < w * channels; ++k) {
+            const T v = rng.any<T>();
+            std::memcpy(&buf[1 + size_t(step) * y + size_t(k) * sizeof(T)], &v, sizeof(T));
+        }
+    src = reinterpret_cast<const T*>(buf.data() + 1);
+    return step;
+}
+
 }  // namespace statst
 
 #endif
