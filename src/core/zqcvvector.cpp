@@ -188,6 +188,23 @@ void ownsSet_8u(Zeq8u val, Zeq8u* dst, ptrdiff_t len) { fillBytes(dst, len, _mm_
 
 void ownsZero_8u(Zeq8u* dst, ptrdiff_t len) { fillBytes(dst, len, _mm_setzero_si128()); }
 
+// Copies whole 64-byte blocks from position i on, all four registers loaded
+// before any is stored; returns where the blocks end. Streaming needs dst + i
+// 16-byte aligned.
+template <bool Stream>
+ptrdiff_t copyBlocks64(const Zeq8u* src, Zeq8u* dst, ptrdiff_t i, ptrdiff_t len) {
+    using V = Vec<Zeq8u>;
+    for (; i + 64 <= len; i += 64) {
+        __m128i r[4];
+        for (int k = 0; k < 4; ++k) r[k] = V::load(src + i + 16 * k);
+        for (int k = 0; k < 4; ++k) {
+            if constexpr (Stream) V::stream(dst + i + 16 * k, r[k]);
+            else V::store(dst + i + 16 * k, r[k]);
+        }
+    }
+    return i;
+}
+
 void ownsCopy_8u(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len, bool stream) {
     if (kHaveFastStringMoves && len >= 1024) {
         copyStringMove(src, dst, len);
@@ -204,28 +221,10 @@ void ownsCopy_8u(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len, bool stream) {
     ptrdiff_t i = 0;
     if (stream && len >= 256) {
         for (const ptrdiff_t head = bytesToAlign16(dst, len); i < head; ++i) dst[i] = src[i];
-        for (; i + 64 <= len; i += 64) {
-            const auto* s = reinterpret_cast<const __m128i*>(src + i);
-            auto* d = reinterpret_cast<__m128i*>(dst + i);
-            const __m128i a = _mm_loadu_si128(s), b = _mm_loadu_si128(s + 1);
-            const __m128i c = _mm_loadu_si128(s + 2), e = _mm_loadu_si128(s + 3);
-            _mm_stream_si128(d, a);
-            _mm_stream_si128(d + 1, b);
-            _mm_stream_si128(d + 2, c);
-            _mm_stream_si128(d + 3, e);
-        }
+        i = copyBlocks64<true>(src, dst, i, len);
         _mm_sfence();
     }
-    for (; i + 64 <= len; i += 64) {
-        const auto* s = reinterpret_cast<const __m128i*>(src + i);
-        auto* d = reinterpret_cast<__m128i*>(dst + i);
-        const __m128i a = _mm_loadu_si128(s), b = _mm_loadu_si128(s + 1);
-        const __m128i c = _mm_loadu_si128(s + 2), e = _mm_loadu_si128(s + 3);
-        _mm_storeu_si128(d, a);
-        _mm_storeu_si128(d + 1, b);
-        _mm_storeu_si128(d + 2, c);
-        _mm_storeu_si128(d + 3, e);
-    }
+    i = copyBlocks64<false>(src, dst, i, len);
     for (; i + 16 <= len; i += 16)
         _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + i),
                          _mm_loadu_si128(reinterpret_cast<const __m128i*>(src + i)));
