@@ -616,6 +616,9 @@ ZEQ_API ZeqStatus zeqiScharr_Dy_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s
 ZEQ_API ZeqStatus zeqiScharr_Dy_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, int origin,
         ZeqiSize roi, int scaleShift);
 
+/* ==== Convolution states and the Sobel, Laplace and Blur state filters ==== */
+/* (conv: declarations to come) */
+
 /* ---- Fast arctangent: angles of (pSrcX[i], pSrcY[i]) in degrees ---- */
 ZEQ_API ZeqStatus zeqibFastArctan_32f(const Zeq32f* pSrcY, const Zeq32f* pSrcX, Zeq32f* pDst, int len);
 
@@ -627,6 +630,30 @@ ZEQ_API ZeqStatus zeqiCanny_16s8u_C1R(const Zeq16s* pSrcDx, int srcDxStep, const
 ZEQ_API ZeqStatus zeqiCanny_32f8u_C1R(const Zeq32f* pSrcDx, int srcDxStep, const Zeq32f* pSrcDy, int srcDyStep,
         Zeq8u* pDstEdges, int dstEdgeStep, ZeqiSize roiSize, Zeq32f lowThresh, Zeq32f highThresh,
         Zeq8u* pBuffer);
+
+/* ==== Corner measures ==== */
+/* (corner: declarations to come) */
+
+/* ==== Gaussian 5x5 pyramid ==== */
+/* (pyramid: declarations to come) */
+
+/* ==== Distance transform ==== */
+/* (distance: declarations to come) */
+
+/* ==== Flood fill ==== */
+/* (floodfill: declarations to come) */
+
+/* ==== Morphology state and strip dilation and erosion ==== */
+/* (morph: declarations to come) */
+
+/* ==== Minimum and maximum filters ==== */
+/* (filtermax: declarations to come) */
+
+/* ==== Motion history update ==== */
+/* (motion: declarations to come) */
+
+/* ==== Line sampling ==== */
+/* (line: declarations to come) */
 
 /* ---- One-dimensional FFT (length 2^order) ---- */
 ZEQ_API ZeqStatus zeqsFFTInitAlloc_C_32fc(ZeqsFFTSpec_C_32fc** ppSpec, int order, int flag, int hint);
@@ -656,5 +683,8 @@ ZEQ_API ZeqStatus zeqiFFTInv_PackToR_32f_C1R(const Zeq32f* pSrc, int srcStep, Ze
 /* pSrcDst = pSrcDst * pSrc, element by element in the two-dimensional packed layout. */
 ZEQ_API ZeqStatus zeqiMulPack_32f_C1IR(const Zeq32f* pSrc, int srcStep, Zeq32f* pSrcDst, int srcDstStep,
         ZeqiSize roiSize);
+
+/* ==== Valid-mode distance and correlation, and template matching ==== */
+/* (match: declarations to come) */
 
 #endif /* ZEQCV_H */

@@ -3,43 +3,13 @@
 // average, plain or under a mask.
 //
 // Every function is one instantiation of accumulate<Op, Masked, Source>; the
-// row kernels are in zqcvaccumulate.h, built for SSE2 here and for wider
-// registers in zqcvaccumulateavx2.cpp and zqcvaccumulateavx512.cpp.
-#include "core/zqcvcpu.h"
+// kernel is in zqcvaccumulate.isa.cpp, built for every tier.
 #include "arith/zqcvaccumulate.h"
-#include "core/zqcvsimd.h"
+#include "core/zqcvcore.h"
 
 namespace {
 
 using Op = zq::AccOp;
-
-enum class Isa { Sse2, Avx2, Avx512 };
-
-const Isa kIsa = zq::cpu().avx512 ? Isa::Avx512 : zq::cpu().avx2 ? Isa::Avx2 : Isa::Sse2;
-
-template <Op O, bool Masked, class S>
-void accumulateRow(const S* a, const S* b, const Zeq8u* m, Zeq32f* acc, ptrdiff_t n, Zeq32f alpha) {
-    switch (kIsa) {
-    case Isa::Avx512: return zq::accumulateRowAvx512<O, Masked>(a, b, m, acc, n, alpha);
-    case Isa::Avx2: return zq::accumulateRowAvx2<O, Masked>(a, b, m, acc, n, alpha);
-    default: return accumulateRowSse2<O, Masked>(a, b, m, acc, n, alpha);
-    }
-}
-
-// The region, as one long row when no row has padding. Steps here are the
-// whole-element steps the rows actually advance by.
-template <Op O, bool Masked, class S>
-void ownAccumulate(const S* a, ptrdiff_t aStep, const S* b, ptrdiff_t bStep, const Zeq8u* m, ptrdiff_t mStep,
-                   Zeq32f* acc, ptrdiff_t accStep, ZeqiSize roi, Zeq32f alpha) {
-    if (zq::contiguousRows<S>(roi.width, aStep, bStep) && zq::contiguousRows<Zeq32f>(roi.width, accStep) &&
-        (!Masked || zq::contiguousRows<Zeq8u>(roi.width, mStep))) {
-        accumulateRow<O, Masked>(a, b, m, acc, ptrdiff_t(roi.width) * roi.height, alpha);
-        return;
-    }
-    for (int y = 0; y < roi.height; ++y)
-        accumulateRow<O, Masked>(zq::row(a, aStep, y), zq::row(b, bStep, y), Masked ? zq::row(m, mStep, y) : m,
-                                 zq::row(acc, accStep, y), roi.width, alpha);
-}
 
 // Step checks by source type. 8-bit sources: sizes, then the accumulator's
 // oddness. 16u sources: the sources completely (size, then oddness) before
@@ -65,8 +35,10 @@ ZeqStatus accumulate(const S* a, int aStep, const S* b, int bStep, const Zeq8u* 
     if constexpr (Masked) ZQ_CHECK(zq::nonNull(m));
     ZQ_CHECK(zq::roiSize(roi));
     ZQ_CHECK(checkSteps<S>(roi.width, aStep, bStep, Masked ? mStep : roi.width, accStep));
-    ownAccumulate<O, Masked>(a, zq::wholeElementStep<S>(aStep), b, zq::wholeElementStep<S>(bStep), m, mStep, acc,
-                             zq::wholeElementStep<Zeq32f>(accStep), roi, alpha);
+    zq::dispatch([&](auto tier) {
+        zq::ownAccumulate<tier.value, O, Masked>(a, zq::wholeElementStep<S>(aStep), b, zq::wholeElementStep<S>(bStep),
+                                                 m, mStep, acc, zq::wholeElementStep<Zeq32f>(accStep), roi, alpha);
+    });
     return zeqStsOk;
 }
 

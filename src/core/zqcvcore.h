@@ -82,6 +82,13 @@ inline T* row(T* base, ptrdiff_t step, int y) {
     return reinterpret_cast<T*>(reinterpret_cast<Byte*>(base) + step * y);
 }
 
+// Whether a region of `width` elements of T per row can be run as one long
+// row: every step equals the row length in bytes.
+template <class T, class... S>
+inline bool contiguousRows(int width, S... steps) {
+    return ((ptrdiff_t(steps) == ptrdiff_t(width) * ptrdiff_t(sizeof(T))) && ...);
+}
+
 // The step that families advancing by whole elements actually use: a 16u row
 // advances by step/2 elements, a float row by step/4, remainders dropped.
 template <class T>

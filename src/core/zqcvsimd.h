@@ -81,13 +81,6 @@ inline void mapRow(const T* a, T* d, ptrdiff_t n, const Op& op) {
     for (; i < n; ++i) d[i] = op(a[i]);
 }
 
-// Whether a region of `width` elements of T per row can be run as one long
-// row: every step equals the row length in bytes.
-template <class T, class... S>
-inline bool contiguousRows(int width, S... steps) {
-    return ((ptrdiff_t(steps) == ptrdiff_t(width) * ptrdiff_t(sizeof(T))) && ...);
-}
-
 // The binary map over a region, rows `step` bytes apart. Large regions whose
 // destination rows all start 16-byte aligned are streamed past the caches.
 template <class T, class Op>
