@@ -15,6 +15,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <type_traits>
 
 #define ZQ_CHECK(check)                                    \
@@ -80,6 +81,20 @@ template <class T>
 inline T* row(T* base, ptrdiff_t step, int y) {
     using Byte = typename std::conditional<std::is_const<T>::value, const char, char>::type;
     return reinterpret_cast<T*>(reinterpret_cast<Byte*>(base) + step * y);
+}
+
+// One element at a caller-computed address. Odd steps are legal, so a row of
+// 16- or 32-bit elements may start at any byte: every scalar access there
+// goes through these (they compile to plain moves).
+template <class T>
+inline T loadu(const T* p) {
+    T v;
+    std::memcpy(&v, p, sizeof(T));
+    return v;
+}
+template <class T>
+inline void storeu(T* p, T v) {
+    std::memcpy(p, &v, sizeof(T));
 }
 
 // Whether a region of `width` elements of T per row can be run as one long
