@@ -75,12 +75,15 @@ TYPED_TEST(SampleLineForm, MatchesReferenceOverRandomLayouts) {
     for (int iter = 0; iter < 300; ++iter) {
         const int w = rng.uniform(1, 300), h = rng.uniform(1, 200);
         const int step = w * pixel + rng.uniform(0, 9) * (std::is_same<T, float>::value ? 2 : 1);
-        std::vector<uint8_t> img(size_t(h) * step + 16);
+        // The buffer ends with the bottom-right pixel, an end of some lines.
+        const int shift = rng.uniform(0, 15);
+        std::vector<uint8_t> img(shift + size_t(h - 1) * step + w * pixel);
         for (auto& v : img) v = uint8_t(rng.uniform(0, 255));
-        const uint8_t* src = img.data() + rng.uniform(0, 15);
+        const uint8_t* src = img.data() + shift;
         ZeqiPoint a{rng.uniform(0, w - 1), rng.uniform(0, h - 1)}, b{rng.uniform(0, w - 1), rng.uniform(0, h - 1)};
         if (rng.chance(0.2)) b.x = a.x;
         else if (rng.chance(0.2)) b.y = a.y;
+        else if (rng.chance(0.3)) (rng.chance(0.5) ? a : b) = {w - 1, h - 1};
         const auto want = referenceLine(a, b);
         Image<T> dst(int(want.size()), 1, TypeParam::C, 0, int(sizeof(T)) * rng.uniform(0, 15));
         ASSERT_EQ(zeqStsOk, TypeParam::f(reinterpret_cast<const T*>(src), step, {w, h}, dst.ptr(), a, b));
