@@ -24,12 +24,12 @@ int _zqcvInitLineIterator(const void* image, int step, int pixelSize, int x1, in
     const ptrdiff_t xStep = x2 < x1 ? -pixelSize : pixelSize;
     const ptrdiff_t yStep = y2 < y1 ? -ptrdiff_t(step) : ptrdiff_t(step);
     const int64_t adx = std::abs(int64_t(x2) - x1), ady = std::abs(int64_t(y2) - y1);
-    it->ptr = static_cast<const Zeq8u*>(image) + ptrdiff_t(y1) * step + ptrdiff_t(x1) * pixelSize;
+    const Zeq8u* first = static_cast<const Zeq8u*>(image) + ptrdiff_t(y1) * step + ptrdiff_t(x1) * pixelSize;
     if (adx <= ady) {  // y-major, exact diagonals included
-        *it = {it->ptr, ady, 2 * ady, 2 * adx, xStep, yStep};
+        *it = {first, ady, 2 * ady, 2 * adx, xStep, yStep};
         return int(ady + 1);
     }
-    *it = {it->ptr, adx, 2 * adx, 2 * ady, yStep, xStep};
+    *it = {first, adx, 2 * adx, 2 * ady, yStep, xStep};
     return int(adx + 1);
 }
 

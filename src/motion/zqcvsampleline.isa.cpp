@@ -44,15 +44,15 @@ struct Walk {
 };
 
 // Whether the byte offsets of `points` points fit 32-bit lanes.
-inline bool offsetsFit(const LineIterator& it, int points) {
-    const int64_t reach = int64_t(points) * (std::abs(int64_t(it.minusStep)) + std::abs(int64_t(it.plusStep)));
+inline bool offsetsFit(const LineIterator& it, int64_t points) {
+    const int64_t reach = points * (std::abs(int64_t(it.minusStep)) + std::abs(int64_t(it.plusStep)));
     return reach <= INT32_MAX;
 }
 
-// One pixel of a block. Pixels of 3, 6 and 12 bytes move as 4, 8 and 16:
-// the extra bytes read lie inside the image, since only the bottom-right
-// pixel has its row's last byte at the image's end and that pixel can only
-// be an end of a line, which blocks never copy; the extra bytes written are
+// One pixel of a block. Pixels of 3, 6 and 12 bytes move as 4, 8 and 16.
+// The extra bytes read belong to the image (the next pixel, or the start of
+// the next row) for every pixel but the bottom-right one, which can only be
+// an end of a line, and blocks copy neither end. The extra bytes written are
 // the next point's, written after.
 template <int PixelBytes>
 inline void copyPixel(Zeq8u* dst, const Zeq8u* src) {
@@ -85,7 +85,7 @@ void ownSampleLine(const LineIterator& it, int n, Zeq8u* dst) {
     const Walk<int32_t> walk(it);
     ptrdiff_t offset = 0;
     int32_t err = int32_t(it.err);
-    if (n < 2 * L || !offsetsFit(it, n + L)) {
+    if (n < 2 * L || !offsetsFit(it, int64_t(n) + L)) {
         walk.copy<PixelBytes>(it.ptr, offset, err, 0, n, dst);
         return;
     }
