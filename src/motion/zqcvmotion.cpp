@@ -32,17 +32,11 @@ ZeqStatus updateMotionHistory(const S* sil, int silStep, Zeq32f* mhi, int mhiSte
 
 }  // namespace
 
-ZeqStatus zeqiUpdateMotionHistory_8u32f_C1IR(const Zeq8u* pSilhouette, int silhStep, Zeq32f* pMHI, int mhiStep,
-                                             ZeqiSize roiSize, Zeq32f timestamp, Zeq32f mhiDuration) {
-    return updateMotionHistory(pSilhouette, silhStep, pMHI, mhiStep, roiSize, timestamp, mhiDuration);
-}
-
-ZeqStatus zeqiUpdateMotionHistory_16u32f_C1IR(const Zeq16u* pSilhouette, int silhStep, Zeq32f* pMHI, int mhiStep,
-                                              ZeqiSize roiSize, Zeq32f timestamp, Zeq32f mhiDuration) {
-    return updateMotionHistory(pSilhouette, silhStep, pMHI, mhiStep, roiSize, timestamp, mhiDuration);
-}
-
-ZeqStatus zeqiUpdateMotionHistory_32f_C1IR(const Zeq32f* pSilhouette, int silhStep, Zeq32f* pMHI, int mhiStep,
-                                           ZeqiSize roiSize, Zeq32f timestamp, Zeq32f mhiDuration) {
-    return updateMotionHistory(pSilhouette, silhStep, pMHI, mhiStep, roiSize, timestamp, mhiDuration);
-}
+#define ZQ_UPDATE_MOTION_HISTORY(NAME, S)                                                                    \
+    ZeqStatus NAME(const S* pSilhouette, int silhStep, Zeq32f* pMHI, int mhiStep, ZeqiSize roiSize,        \
+                   Zeq32f timestamp, Zeq32f mhiDuration) {                                                 \
+        return updateMotionHistory(pSilhouette, silhStep, pMHI, mhiStep, roiSize, timestamp, mhiDuration); \
+    }
+ZQ_UPDATE_MOTION_HISTORY(zeqiUpdateMotionHistory_8u32f_C1IR, Zeq8u)
+ZQ_UPDATE_MOTION_HISTORY(zeqiUpdateMotionHistory_16u32f_C1IR, Zeq16u)
+ZQ_UPDATE_MOTION_HISTORY(zeqiUpdateMotionHistory_32f_C1IR, Zeq32f)

@@ -121,10 +121,7 @@ namespace zq {
 template <Isa I, class S>
 void ownUpdateMotionHistory(const S* sil, ptrdiff_t silStep, Zeq32f* mhi, ptrdiff_t mhiStep, ZeqiSize roi,
                             Zeq32f timestamp, Zeq32f oldest) {
-    int32_t timeBits, oldestBits;
-    std::memcpy(&timeBits, &timestamp, 4);
-    std::memcpy(&oldestBits, &oldest, 4);
-    const Stamp st{timestamp, oldest, timeBits, orderKey(oldestBits)};
+    const Stamp st{timestamp, oldest, bitsAt(&timestamp), orderKey(bitsAt(&oldest))};
     if (contiguousRows<S>(roi.width, silStep) && contiguousRows<Zeq32f>(roi.width, mhiStep)) {
         updateRow<I>(sil, mhi, ptrdiff_t(roi.width) * roi.height, st);
         return;

@@ -58,32 +58,13 @@ ZeqStatus sampleLine(const T* src, int srcStep, ZeqiSize roi, T* dst, ZeqiPoint 
 
 }  // namespace
 
-ZeqStatus zeqiSampleLine_8u_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, Zeq8u* pDst, ZeqiPoint pt1,
-                                ZeqiPoint pt2) {
-    return sampleLine<1>(pSrc, srcStep, roiSize, pDst, pt1, pt2);
-}
-
-ZeqStatus zeqiSampleLine_8u_C3R(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, Zeq8u* pDst, ZeqiPoint pt1,
-                                ZeqiPoint pt2) {
-    return sampleLine<3>(pSrc, srcStep, roiSize, pDst, pt1, pt2);
-}
-
-ZeqStatus zeqiSampleLine_16u_C1R(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, Zeq16u* pDst, ZeqiPoint pt1,
-                                 ZeqiPoint pt2) {
-    return sampleLine<1>(pSrc, srcStep, roiSize, pDst, pt1, pt2);
-}
-
-ZeqStatus zeqiSampleLine_16u_C3R(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, Zeq16u* pDst, ZeqiPoint pt1,
-                                 ZeqiPoint pt2) {
-    return sampleLine<3>(pSrc, srcStep, roiSize, pDst, pt1, pt2);
-}
-
-ZeqStatus zeqiSampleLine_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq32f* pDst, ZeqiPoint pt1,
-                                 ZeqiPoint pt2) {
-    return sampleLine<1>(pSrc, srcStep, roiSize, pDst, pt1, pt2);
-}
-
-ZeqStatus zeqiSampleLine_32f_C3R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq32f* pDst, ZeqiPoint pt1,
-                                 ZeqiPoint pt2) {
-    return sampleLine<3>(pSrc, srcStep, roiSize, pDst, pt1, pt2);
-}
+#define ZQ_SAMPLE_LINE(NAME, T, CHANNELS)                                                                  \
+    ZeqStatus NAME(const T* pSrc, int srcStep, ZeqiSize roiSize, T* pDst, ZeqiPoint pt1, ZeqiPoint pt2) { \
+        return sampleLine<CHANNELS>(pSrc, srcStep, roiSize, pDst, pt1, pt2);                              \
+    }
+ZQ_SAMPLE_LINE(zeqiSampleLine_8u_C1R, Zeq8u, 1)
+ZQ_SAMPLE_LINE(zeqiSampleLine_8u_C3R, Zeq8u, 3)
+ZQ_SAMPLE_LINE(zeqiSampleLine_16u_C1R, Zeq16u, 1)
+ZQ_SAMPLE_LINE(zeqiSampleLine_16u_C3R, Zeq16u, 3)
+ZQ_SAMPLE_LINE(zeqiSampleLine_32f_C1R, Zeq32f, 1)
+ZQ_SAMPLE_LINE(zeqiSampleLine_32f_C3R, Zeq32f, 3)
