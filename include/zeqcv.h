@@ -650,10 +650,58 @@ ZEQ_API ZeqStatus zeqiCanny_32f8u_C1R(const Zeq32f* pSrcDx, int srcDxStep, const
 /* (filtermax: declarations to come) */
 
 /* ==== Motion history update ==== */
-/* (motion: declarations to come) */
+/*
+ * Update in place of a motion-history image (32f timestamps) from the
+ * silhouette of the current frame. Per pixel: a set silhouette pixel writes
+ * `timestamp`; otherwise, with t = timestamp - mhiDuration in single
+ * precision, a history value older than t (h < t) becomes +0.0 and the
+ * others are kept (h == t is kept). Set means non-zero (8u, 16u), or s < 0 or
+ * s > 0 (32f: -0.0 and NaN are not set).
+ * The age test of the 8u and 16u forms compares float bits as signed integers
+ * through the key (bits & 0x7fffffff) ^ (bits >> 31): -0.0 sorts below +0.0,
+ * a positive NaN above every number (kept), a negative one below (cleared).
+ * The 32f form compares floats: kept when h >= t, so a NaN is cleared and
+ * -0.0 equals +0.0.
+ * Steps in bytes; rows advance by whole elements (history mhiStep / 4).
+ * Statuses, in order: zeqStsNullPtr; zeqStsSize (width or height < 1);
+ * zeqStsStep (a step below its row); zeqStsStepAlign (an odd history step,
+ * and for 16u and 32f silhouettes an odd silhouette step); zeqStsOutOfRange
+ * (mhiDuration negative or NaN; the timestamp is not tested).
+ */
+ZEQ_API ZeqStatus zeqiUpdateMotionHistory_8u32f_C1IR(const Zeq8u* pSilhouette, int silhStep,
+        Zeq32f* pMHI, int mhiStep, ZeqiSize roiSize, Zeq32f timestamp, Zeq32f mhiDuration);
+ZEQ_API ZeqStatus zeqiUpdateMotionHistory_16u32f_C1IR(const Zeq16u* pSilhouette, int silhStep,
+        Zeq32f* pMHI, int mhiStep, ZeqiSize roiSize, Zeq32f timestamp, Zeq32f mhiDuration);
+ZEQ_API ZeqStatus zeqiUpdateMotionHistory_32f_C1IR(const Zeq32f* pSilhouette, int silhStep,
+        Zeq32f* pMHI, int mhiStep, ZeqiSize roiSize, Zeq32f timestamp, Zeq32f mhiDuration);
 
 /* ==== Line sampling ==== */
-/* (line: declarations to come) */
+/*
+ * Copies the pixels on the digital straight line from pt1 to pt2 (both
+ * included, in that order) to pDst: n = max(|x2 - x1|, |y2 - y1|) + 1 pixels,
+ * all channels of each for C3, packed. Eight-connected Bresenham along the
+ * major axis, the error started at the major length: the minor coordinate
+ * advances only when the error goes strictly negative, so at an exact tie it
+ * has not stepped yet; exact diagonals count as y-major.
+ * Points and roi in pixels, srcStep in bytes; pDst holds n x channels elements.
+ * Statuses, in order: zeqStsNullPtr; zeqStsSize (width or height < 0; an
+ * empty roi passes here); zeqStsStep (srcStep below the row); zeqStsStepAlign
+ * (32f only: an odd srcStep); zeqStsOutOfRange (a point outside the roi,
+ * which is every point of an empty one); zeqStsError (the iterator could not
+ * be set up; does not happen after the checks above).
+ */
+ZEQ_API ZeqStatus zeqiSampleLine_8u_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, Zeq8u* pDst,
+        ZeqiPoint pt1, ZeqiPoint pt2);
+ZEQ_API ZeqStatus zeqiSampleLine_8u_C3R(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, Zeq8u* pDst,
+        ZeqiPoint pt1, ZeqiPoint pt2);
+ZEQ_API ZeqStatus zeqiSampleLine_16u_C1R(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, Zeq16u* pDst,
+        ZeqiPoint pt1, ZeqiPoint pt2);
+ZEQ_API ZeqStatus zeqiSampleLine_16u_C3R(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, Zeq16u* pDst,
+        ZeqiPoint pt1, ZeqiPoint pt2);
+ZEQ_API ZeqStatus zeqiSampleLine_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq32f* pDst,
+        ZeqiPoint pt1, ZeqiPoint pt2);
+ZEQ_API ZeqStatus zeqiSampleLine_32f_C3R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq32f* pDst,
+        ZeqiPoint pt1, ZeqiPoint pt2);
 
 /* ---- One-dimensional FFT (length 2^order) ---- */
 ZEQ_API ZeqStatus zeqsFFTInitAlloc_C_32fc(ZeqsFFTSpec_C_32fc** ppSpec, int order, int flag, int hint);
