@@ -236,22 +236,35 @@ TEST(Match, StatusesInOrderAndNothingWritten) {
     EXPECT_TRUE(d.unchangedSince(before));
 }
 
-// A destination step that is not a whole number of floats passes for 8-bit sources.
-TEST(Match, ByteSourcesAcceptAnEvenDestinationStep) {
-    Image<Zeq8u> s(12, 5), t(4, 2);
+// Steps that are not whole floats: a 32f source one byte past its row (legal
+// for the valid-mode functions), and an 8-bit call's destination 2 bytes past
+// its row (accepted by MatchTemplate); the same bits as whole-float steps.
+TEST(Match, StepsOfAnyByteCount) {
+    Image<float> s(12, 5), t(4, 2), want(9, 4);
+    Image<Zeq8u> odd(48, 5, 1, 1), d(36, 4, 1, 2);  // float rows 49 and 38 bytes apart
     Rng rng(1);
-    s.fillRandom(rng);
-    t.fillRandom(rng);
-    auto d = Image<float>::withStep(9, 4, 1, 38), d2 = Image<float>::withStep(9, 4, 1, 36);
-    ASSERT_EQ(zeqStsOk, zeqiMatchTemplate_CorrNormed_8u32f_C1R(s.ptr(), 12, s.size(), t.ptr(), 4, t.size(), d.ptr(), 38));
-    ASSERT_EQ(zeqStsOk, zeqiCrossCorrValid_Norm_8u32f_C1R(s.ptr(), 12, s.size(), t.ptr(), 4, t.size(), d2.ptr(), 36));
+    s.fill([&](int, int, int) { return rng.uniform(0, 255); });
+    t.fill([&](int, int, int) { return rng.uniform(0, 255); });
+    for (int y = 0; y < 5; ++y) std::memcpy(odd.row(y), s.row(y), 48);
+    ASSERT_EQ(zeqStsOk, zeqiCrossCorrValid_Norm_32f_C1R(s.ptr(), 48, s.size(), t.ptr(), 16, t.size(), want.ptr(), 36));
+    auto* dp = reinterpret_cast<Zeq32f*>(d.ptr());
+    ASSERT_EQ(zeqStsOk, zeqiCrossCorrValid_Norm_32f_C1R(reinterpret_cast<const Zeq32f*>(odd.ptr()), 49, s.size(),
+                                                        t.ptr(), 16, t.size(), dp, 38));
+    Image<Zeq8u> s8(12, 5), t8(4, 2);
+    s8.fill([&](int x, int y, int) { return s.at(x, y); });
+    t8.fill([&](int x, int y, int) { return t.at(x, y); });
+    Image<Zeq8u> d8(36, 4, 1, 2);
+    ASSERT_EQ(zeqStsOk, zeqiMatchTemplate_CorrNormed_8u32f_C1R(s8.ptr(), 12, s8.size(), t8.ptr(), 4, t8.size(),
+                                                               reinterpret_cast<Zeq32f*>(d8.ptr()), 38));
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 9; ++x) {
-            float v;
-            std::memcpy(&v, reinterpret_cast<const char*>(d.ptr()) + 38 * y + 4 * x, 4);
-            EXPECT_TRUE(zqt::sameFloat(d2.at(x, y), v));
+            float v, v8;
+            std::memcpy(&v, d.row(y) + 4 * x, 4);
+            std::memcpy(&v8, d8.row(y) + 4 * x, 4);
+            EXPECT_TRUE(zqt::sameFloat(want.at(x, y), v) && zqt::sameFloat(want.at(x, y), v8)) << x << ", " << y;
         }
     EXPECT_TRUE(d.outsideUntouched());
+    EXPECT_TRUE(d8.outsideUntouched());
 }
 
 TEST(Match, BufferSizesAreZero) {
