@@ -229,19 +229,12 @@ ZeqStatus validNormalised(const zq::match::Images<T>& im) {
 
 // ---- exported functions ----
 
-#define ZQ_VALID_NORMALISED(NAME, METHOD, T)                                                                 \
-    ZeqStatus NAME(const T* pSrc, int srcStep, ZeqiSize srcSize, const T* pTpl, int tplStep, ZeqiSize tplSize, \
-                   Zeq32f* pDst, int dstStep) {                                                              \
-        return validNormalised<METHOD>(                                                                      \
-            zq::match::Images<T>{pSrc, srcStep, srcSize, pTpl, tplStep, tplSize, pDst, dstStep});            \
-    }
-
-ZQ_VALID_NORMALISED(zeqiCrossCorrValid_Norm_32f_C1R, Method::CrossCorrNorm, Zeq32f)
-ZQ_VALID_NORMALISED(zeqiCrossCorrValid_Norm_8u32f_C1R, Method::CrossCorrNorm, Zeq8u)
-ZQ_VALID_NORMALISED(zeqiCrossCorrValid_Norm_8s32f_C1R, Method::CrossCorrNorm, Zeq8s)
-ZQ_VALID_NORMALISED(zeqiCrossCorrValid_NormLevel_32f_C1R, Method::CrossCorrNormLevel, Zeq32f)
-ZQ_VALID_NORMALISED(zeqiCrossCorrValid_NormLevel_8u32f_C1R, Method::CrossCorrNormLevel, Zeq8u)
-ZQ_VALID_NORMALISED(zeqiCrossCorrValid_NormLevel_8s32f_C1R, Method::CrossCorrNormLevel, Zeq8s)
-ZQ_VALID_NORMALISED(zeqiSqrDistanceValid_Norm_32f_C1R, Method::SqrDistanceNorm, Zeq32f)
-ZQ_VALID_NORMALISED(zeqiSqrDistanceValid_Norm_8u32f_C1R, Method::SqrDistanceNorm, Zeq8u)
-ZQ_VALID_NORMALISED(zeqiSqrDistanceValid_Norm_8s32f_C1R, Method::SqrDistanceNorm, Zeq8s)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_Norm_32f_C1R, validNormalised, Method::CrossCorrNorm, Zeq32f)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_Norm_8u32f_C1R, validNormalised, Method::CrossCorrNorm, Zeq8u)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_Norm_8s32f_C1R, validNormalised, Method::CrossCorrNorm, Zeq8s)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_NormLevel_32f_C1R, validNormalised, Method::CrossCorrNormLevel, Zeq32f)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_NormLevel_8u32f_C1R, validNormalised, Method::CrossCorrNormLevel, Zeq8u)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_NormLevel_8s32f_C1R, validNormalised, Method::CrossCorrNormLevel, Zeq8s)
+ZQ_VALID_FUNCTION(zeqiSqrDistanceValid_Norm_32f_C1R, validNormalised, Method::SqrDistanceNorm, Zeq32f)
+ZQ_VALID_FUNCTION(zeqiSqrDistanceValid_Norm_8u32f_C1R, validNormalised, Method::SqrDistanceNorm, Zeq8u)
+ZQ_VALID_FUNCTION(zeqiSqrDistanceValid_Norm_8s32f_C1R, validNormalised, Method::SqrDistanceNorm, Zeq8s)

@@ -174,4 +174,12 @@ inline void tileOrigin(const Tiling& t, int64_t i, int& x0, int& y0) {
 }  // namespace match
 }  // namespace zq
 
+// Defines the exported valid-mode function NAME, for pixels of type T, as
+// the call RUN<METHOD>(its arguments).
+#define ZQ_VALID_FUNCTION(NAME, RUN, METHOD, T)                                                              \
+    ZeqStatus NAME(const T* pSrc, int srcStep, ZeqiSize srcSize, const T* pTpl, int tplStep, ZeqiSize tplSize, \
+                   Zeq32f* pDst, int dstStep) {                                                              \
+        return RUN<METHOD>(zq::match::Images<T>{pSrc, srcStep, srcSize, pTpl, tplStep, tplSize, pDst, dstStep}); \
+    }
+
 #endif

@@ -46,7 +46,8 @@ void convertRow(const T* src, int n, float* dst) {
 
 // ---- window sums ----
 
-// Double registers of a tier, for the element-wise column sums.
+// Double registers of a tier, for the element-wise column sums (their
+// arithmetic is the compiler's vector operators).
 template <Isa I>
 struct Doubles;
 
@@ -59,9 +60,6 @@ struct Doubles<Isa::Sse2> {
     }
     static V load(const double* p) { return _mm_loadu_pd(p); }
     static void store(double* p, V v) { _mm_storeu_pd(p, v); }
-    static V add(V a, V b) { return _mm_add_pd(a, b); }
-    static V sub(V a, V b) { return _mm_sub_pd(a, b); }
-    static V mul(V a, V b) { return _mm_mul_pd(a, b); }
 };
 
 #if ZQ_TIER >= 1
@@ -72,9 +70,6 @@ struct Doubles<Isa::Avx2> {
     static V fromFloats(const float* p) { return _mm256_cvtps_pd(_mm_loadu_ps(p)); }
     static V load(const double* p) { return _mm256_loadu_pd(p); }
     static void store(double* p, V v) { _mm256_storeu_pd(p, v); }
-    static V add(V a, V b) { return _mm256_add_pd(a, b); }
-    static V sub(V a, V b) { return _mm256_sub_pd(a, b); }
-    static V mul(V a, V b) { return _mm256_mul_pd(a, b); }
 };
 #endif
 
@@ -86,9 +81,6 @@ struct Doubles<Isa::Avx512> {
     static V fromFloats(const float* p) { return _mm512_cvtps_pd(_mm256_loadu_ps(p)); }
     static V load(const double* p) { return _mm512_loadu_pd(p); }
     static void store(double* p, V v) { _mm512_storeu_pd(p, v); }
-    static V add(V a, V b) { return _mm512_add_pd(a, b); }
-    static V sub(V a, V b) { return _mm512_sub_pd(a, b); }
-    static V mul(V a, V b) { return _mm512_mul_pd(a, b); }
 };
 #endif
 
@@ -102,7 +94,7 @@ inline double term(float v) {
 template <class D, bool Squares>
 inline typename D::V terms(const float* p) {
     const typename D::V v = D::fromFloats(p);
-    return Squares ? D::mul(v, v) : v;
+    return Squares ? v * v : v;
 }
 
 // sums[x] += term(row[x]) for x < n.
@@ -110,7 +102,7 @@ template <Isa I, bool Squares>
 void addRow(double* sums, const float* row, int n) {
     using D = Doubles<I>;
     int x = 0;
-    for (; x + D::lanes <= n; x += D::lanes) D::store(sums + x, D::add(D::load(sums + x), terms<D, Squares>(row + x)));
+    for (; x + D::lanes <= n; x += D::lanes) D::store(sums + x, D::load(sums + x) + terms<D, Squares>(row + x));
     for (; x < n; ++x) sums[x] = sums[x] + term<Squares>(row[x]);
 }
 
@@ -120,8 +112,8 @@ void slideRow(double* sums, const float* entering, const float* leaving, int n) 
     using D = Doubles<I>;
     int x = 0;
     for (; x + D::lanes <= n; x += D::lanes) {
-        const typename D::V change = D::sub(terms<D, Squares>(entering + x), terms<D, Squares>(leaving + x));
-        D::store(sums + x, D::add(D::load(sums + x), change));
+        const typename D::V change = terms<D, Squares>(entering + x) - terms<D, Squares>(leaving + x);
+        D::store(sums + x, D::load(sums + x) + change);
     }
     for (; x < n; ++x) sums[x] = sums[x] + (term<Squares>(entering[x]) - term<Squares>(leaving[x]));
 }

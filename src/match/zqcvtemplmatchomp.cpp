@@ -83,19 +83,12 @@ ZeqStatus validParallel(const zq::match::Images<T>& im) {
 
 // ---- exported functions ----
 
-#define ZQ_VALID_PARALLEL(NAME, METHOD, T)                                                                   \
-    ZeqStatus NAME(const T* pSrc, int srcStep, ZeqiSize srcSize, const T* pTpl, int tplStep, ZeqiSize tplSize, \
-                   Zeq32f* pDst, int dstStep) {                                                              \
-        return validParallel<METHOD>(                                                                        \
-            zq::match::Images<T>{pSrc, srcStep, srcSize, pTpl, tplStep, tplSize, pDst, dstStep});            \
-    }
-
-ZQ_VALID_PARALLEL(zeqiSqrDistanceValid_32f_C1R, Method::SqrDistance, Zeq32f)
-ZQ_VALID_PARALLEL(zeqiSqrDistanceValid_8u32f_C1R, Method::SqrDistance, Zeq8u)
-ZQ_VALID_PARALLEL(zeqiSqrDistanceValid_8s32f_C1R, Method::SqrDistance, Zeq8s)
-ZQ_VALID_PARALLEL(zeqiCrossCorrValid_32f_C1R, Method::CrossCorr, Zeq32f)
-ZQ_VALID_PARALLEL(zeqiCrossCorrValid_8u32f_C1R, Method::CrossCorr, Zeq8u)
-ZQ_VALID_PARALLEL(zeqiCrossCorrValid_8s32f_C1R, Method::CrossCorr, Zeq8s)
-ZQ_VALID_PARALLEL(zeqiCrossCorrValid_Level_32f_C1R, Method::CrossCorrLevel, Zeq32f)
-ZQ_VALID_PARALLEL(zeqiCrossCorrValid_Level_8u32f_C1R, Method::CrossCorrLevel, Zeq8u)
-ZQ_VALID_PARALLEL(zeqiCrossCorrValid_Level_8s32f_C1R, Method::CrossCorrLevel, Zeq8s)
+ZQ_VALID_FUNCTION(zeqiSqrDistanceValid_32f_C1R, validParallel, Method::SqrDistance, Zeq32f)
+ZQ_VALID_FUNCTION(zeqiSqrDistanceValid_8u32f_C1R, validParallel, Method::SqrDistance, Zeq8u)
+ZQ_VALID_FUNCTION(zeqiSqrDistanceValid_8s32f_C1R, validParallel, Method::SqrDistance, Zeq8s)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_32f_C1R, validParallel, Method::CrossCorr, Zeq32f)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_8u32f_C1R, validParallel, Method::CrossCorr, Zeq8u)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_8s32f_C1R, validParallel, Method::CrossCorr, Zeq8s)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_Level_32f_C1R, validParallel, Method::CrossCorrLevel, Zeq32f)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_Level_8u32f_C1R, validParallel, Method::CrossCorrLevel, Zeq8u)
+ZQ_VALID_FUNCTION(zeqiCrossCorrValid_Level_8s32f_C1R, validParallel, Method::CrossCorrLevel, Zeq8s)

@@ -80,9 +80,9 @@ struct Reference {
                         const double v = s.at(x0 + x, y0 + y);
                         s1 += v, s2 += v * v, p += v * (level ? t.at(x, y) - mean : double(t.at(x, y)));
                     }
-                const double sq = s2 - 2 * p + energy, var = s2 - s1 * s1 / n;
-                const double num = method == SqDiff || method == SqDiffNormed ? sq : p;
-                double numErr = method == SqDiff || method == SqDiffNormed ? 2 * fftErr + 4 * eps * (s2 + 2 * std::fabs(p) + energy) : fftErr;
+                const bool distance = method == SqDiff || method == SqDiffNormed;
+                const double num = distance ? s2 - 2 * p + energy : p, var = s2 - s1 * s1 / n;
+                const double numErr = distance ? 2 * fftErr + 4 * eps * (s2 + 2 * std::fabs(p) + energy) : fftErr;
                 double den = 1, denRel = 4 * eps;
                 if (method == CoeffNormed) {
                     den = std::sqrt(std::max(var, c) * std::max(energy - n * mean * mean, c));
@@ -124,13 +124,16 @@ TYPED_TEST(Match, EveryMethodMatchesDirectSums) {
         const int rw = sw - w + 1, rh = sh - h + 1;
         for (int m = SqDiff; m <= CoeffNormed; ++m) {
             Image<float> d(rw, rh, 1, 4 * rng.uniform(0, 2), 4), d2(rw, rh, 1, 4);
-            ASSERT_EQ(zeqStsOk, validFn<T>(m)(s.ptr(), s.step(), s.size(), t.ptr(), t.step(), t.size(), d.ptr(), d.step()));
-            ASSERT_EQ(zeqStsOk, matchFn<T>(m)(s.ptr(), s.step(), s.size(), t.ptr(), t.step(), t.size(), d2.ptr(), d2.step()));
+            ASSERT_EQ(zeqStsOk,
+                      validFn<T>(m)(s.ptr(), s.step(), s.size(), t.ptr(), t.step(), t.size(), d.ptr(), d.step()));
+            ASSERT_EQ(zeqStsOk,
+                      matchFn<T>(m)(s.ptr(), s.step(), s.size(), t.ptr(), t.step(), t.size(), d2.ptr(), d2.step()));
             const Reference ref(s, t, m);
             for (int y = 0; y < rh; ++y)
                 for (int x = 0; x < rw; ++x)
                     ASSERT_NEAR(ref.want[size_t(y) * rw + x], d.at(x, y), ref.tol[size_t(y) * rw + x])
-                        << kNames[m] << " at (" << x << ", " << y << ") of " << sw << "x" << sh << " by " << w << "x" << h;
+                        << kNames[m] << " at (" << x << ", " << y << ") of " << sw << "x" << sh << " by " << w
+                        << "x" << h;
             ASSERT_TRUE(d.outsideUntouched());
             ASSERT_TRUE(zqt::sameImage(d2, d)) << kNames[m];
         }
