@@ -139,7 +139,7 @@ inline double firstWindow(const double* colSums, int w) {
 // (d0+d1)+d2 and (d0+d1)+(d2+d3) added to the running sum, so one addition
 // per four positions waits for the one before.
 void windowRow(const double* colSums, int w, int cols, float* out) {
-    double first = firstWindow(colSums, w);
+    const double first = firstWindow(colSums, w);
     out[0] = float(first);
     const __m128d zero = _mm_setzero_pd();
     __m128d s = _mm_set1_pd(first);
