@@ -733,6 +733,131 @@ ZEQ_API ZeqStatus zeqiMulPack_32f_C1IR(const Zeq32f* pSrc, int srcStep, Zeq32f* 
         ZeqiSize roiSize);
 
 /* ==== Valid-mode distance and correlation, and template matching ==== */
-/* (match: declarations to come) */
+/*
+ * A w x h template is compared with every position at which it lies wholly
+ * inside a W x H source: the destination holds (W-w+1) x (H-h+1) floats, the
+ * one at (x, y) for the window whose top-left pixel is (x, y). With S1 and S2
+ * the sum and the sum of squares of the window's pixels, P the sum of window
+ * pixel times template pixel, n = w*h, |T| the template's L2 norm, m its mean
+ * and c = 0.0005:
+ *   SqrDistanceValid           S2 - 2P + |T|^2
+ *   CrossCorrValid             P
+ *   CrossCorrValid_Level       sum of window pixel times (template pixel - m)
+ *   SqrDistanceValid_Norm      (S2 - 2P + |T|^2) / (sqrt(max(S2, c)) * max(|T|, c))
+ *   CrossCorrValid_Norm        P / (sqrt(max(S2, c)) * max(|T|, c))
+ *   CrossCorrValid_NormLevel   CrossCorrValid_Level / sqrt(max(S2 - S1^2/n, c) * max(|T|^2 - n m^2, c))
+ * P comes from single-precision FFTs of tiles of the source and the template
+ * (so results carry the float FFT's rounding); S1 and S2 are summed in double
+ * precision. Pixels: 32f, or 8u / 8s (8u32f, 8s32f) converted exactly; the
+ * destination is 32f. One channel, no in-place form. The un-normalised three
+ * run their tiles in the threads of the OpenMP runtime (OMP_NUM_THREADS,
+ * omp_set_num_threads); their results do not depend on the thread count.
+ * Steps in bytes, any value >= 1 (not compared with the widths).
+ * Statuses, in the order checked: zeqStsNullPtr a null image pointer;
+ * zeqStsSize a width or height below 1, or a template wider or taller than
+ * the source; zeqStsStep a step below 1; then zeqStsFftOrder when the
+ * template is too large for an FFT (2*w or 2*h above 2^30), zeqStsNoMem when
+ * the working memory cannot be allocated.
+ */
+ZEQ_API ZeqStatus zeqiSqrDistanceValid_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiSqrDistanceValid_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiSqrDistanceValid_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_Level_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_Level_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_Level_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiSqrDistanceValid_Norm_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiSqrDistanceValid_Norm_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiSqrDistanceValid_Norm_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_Norm_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_Norm_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_Norm_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_NormLevel_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_NormLevel_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiCrossCorrValid_NormLevel_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+
+/*
+ * Template matching: the same six comparisons by method name,
+ *   SqDiff = SqrDistanceValid, SqDiffNormed = SqrDistanceValid_Norm,
+ *   Corr = CrossCorrValid, CorrNormed = CrossCorrValid_Norm,
+ *   Coeff = CrossCorrValid_Level, CoeffNormed = CrossCorrValid_NormLevel,
+ * with the same types and arguments. Each first checks the steps, before any
+ * pointer or size: zeqStsStep for srcStep < W, tplStep < w (times 4 for 32f)
+ * or dstStep < 4*(W-w+1); zeqStsStepAlign for 32f steps that are not
+ * multiples of 4, and for 8u32f and 8s32f only for an odd dstStep. Then the
+ * call is the valid-mode function's, with its statuses.
+ * GetBufSize: the matching functions need no buffer; *pSize = 0 for data
+ * type zeq8u, zeq8s or zeq32f. Statuses: zeqStsNullPtr a null pSize;
+ * zeqStsSize a template width or height below 1 or larger than the source's;
+ * zeqStsDataType another data-type code.
+ */
+ZEQ_API ZeqStatus zeqiMatchTemplate_SqDiff_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_SqDiff_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_SqDiff_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_SqDiffNormed_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_SqDiffNormed_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_SqDiffNormed_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_Corr_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_Corr_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_Corr_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_CorrNormed_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_CorrNormed_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_CorrNormed_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_Coeff_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_Coeff_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_Coeff_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_CoeffNormed_8u32f_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8u* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_CoeffNormed_8s32f_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq8s* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplate_CoeffNormed_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize srcSize,
+        const Zeq32f* pTpl, int tplStep, ZeqiSize tplSize, Zeq32f* pDst, int dstStep);
+ZEQ_API ZeqStatus zeqiMatchTemplateGetBufSize_SqDiff(ZeqiSize srcSize, ZeqiSize tplSize, ZeqDataType dataType,
+        int* pSize);
+ZEQ_API ZeqStatus zeqiMatchTemplateGetBufSize_SqDiffNormed(ZeqiSize srcSize, ZeqiSize tplSize, ZeqDataType dataType,
+        int* pSize);
+ZEQ_API ZeqStatus zeqiMatchTemplateGetBufSize_Corr(ZeqiSize srcSize, ZeqiSize tplSize, ZeqDataType dataType,
+        int* pSize);
+ZEQ_API ZeqStatus zeqiMatchTemplateGetBufSize_CorrNormed(ZeqiSize srcSize, ZeqiSize tplSize, ZeqDataType dataType,
+        int* pSize);
+ZEQ_API ZeqStatus zeqiMatchTemplateGetBufSize_Coeff(ZeqiSize srcSize, ZeqiSize tplSize, ZeqDataType dataType,
+        int* pSize);
+ZEQ_API ZeqStatus zeqiMatchTemplateGetBufSize_CoeffNormed(ZeqiSize srcSize, ZeqiSize tplSize, ZeqDataType dataType,
+        int* pSize);
 
 #endif /* ZEQCV_H */
