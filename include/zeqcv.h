@@ -635,7 +635,55 @@ ZEQ_API ZeqStatus zeqiCanny_32f8u_C1R(const Zeq32f* pSrcDx, int srcDxStep, const
 /* (corner: declarations to come) */
 
 /* ==== Gaussian 5x5 pyramid ==== */
-/* (pyramid: declarations to come) */
+/*
+ * One level of a Gaussian pyramid with the 5-tap binomial kernel (1 4 6 4 1)
+ * along and across rows. roiSize is the source size (w, h).
+ *   PyrDown: dst is (ceil(w/2), ceil(h/2)); dst(X, Y) is the weighted sum of
+ *     the 5 x 5 source pixels centred at (2X, 2Y), divided by 256.
+ *   PyrUp: dst is (2w, 2h): zeros inserted between the source pixels, then
+ *     4 x the kernel, divided by 64. Along a row, output 2x takes
+ *     s[x-1] + 6 s[x] + s[x+1] and output 2x+1 takes 4 (s[x] + s[x+1]);
+ *     across rows likewise.
+ * Borders mirror about the edge pixel (index i < 0 reads -i, i >= n reads
+ * 2(n-1) - i, folded again on lines of one or two pixels).
+ * 8u and 8s round half up with an arithmetic shift, (sum + 128) >> 8 and
+ * (sum + 32) >> 6 (a negative 8s half rounds towards plus infinity); 32f
+ * multiplies the float sum by 1/256 or 1/64. C3 filters each channel alone.
+ * pBuffer: work buffer of at least the size the GetBufSize query gives for
+ * the source width, type and channels (not checked). Not in place.
+ * Statuses: zeqStsNullPtr (pSrc, pDst or pBuffer null); zeqStsSize (w or
+ * h < 1); zeqStsStep (srcStep or dstStep shorter than its row);
+ * zeqStsStepAlign (32f: an odd step; only oddness is tested).
+ */
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_8s_C1R(const Zeq8s* pSrc, int srcStep, Zeq8s* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_8s_C3R(const Zeq8s* pSrc, int srcStep, Zeq8s* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_8s_C1R(const Zeq8s* pSrc, int srcStep, Zeq8s* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_8s_C3R(const Zeq8s* pSrc, int srcStep, Zeq8s* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+/* Work buffer sizes in bytes for a source roiWidth, dataType zeq8u, zeq8s or
+ * zeq32f, channels 1 or 3. Statuses: zeqStsNullPtr, zeqStsSize (roiWidth < 1,
+ * or a size beyond int), zeqStsChannel, zeqStsDataType, in that order. */
+ZEQ_API ZeqStatus zeqiPyrDownGetBufSize_Gauss5x5(int roiWidth, ZeqDataType dataType, int channels, int* pBufSize);
+ZEQ_API ZeqStatus zeqiPyrUpGetBufSize_Gauss5x5(int roiWidth, ZeqDataType dataType, int channels, int* pBufSize);
 
 /* ==== Distance transform ==== */
 /* (distance: declarations to come) */
