@@ -686,7 +686,59 @@ ZEQ_API ZeqStatus zeqiPyrDownGetBufSize_Gauss5x5(int roiWidth, ZeqDataType dataT
 ZEQ_API ZeqStatus zeqiPyrUpGetBufSize_Gauss5x5(int roiWidth, ZeqDataType dataType, int channels, int* pBufSize);
 
 /* ==== Distance transform ==== */
-/* (distance: declarations to come) */
+/*
+ * Chamfer distance transform: every pixel whose source is not 0 gets an
+ * approximation of its distance to the nearest source 0 (features get 0),
+ * the minimum over paths of the sums of their move weights. 3x3 masks take
+ * pMetrics {a orthogonal step, b diagonal step}; 5x5 masks {a, b, c the
+ * knight step (2, 1)}. Integer forms read int weights, 8u32f float weights.
+ * Two passes: forward (rows down, pixels right) from the neighbours above and
+ * to the left, backward from the mirror images. Sums clamp to the ceiling:
+ * 255 (8u), 65535 (16u), FLT_MAX (32f), also the value where no feature is
+ * reachable. Rules kept as they are:
+ *   3x3: when b >= 2a only orthogonal moves are used; when a > b and the
+ *   image has at least 2 rows and columns, the bottom row also takes the
+ *   pixel two back along the row plus 2b, in both passes.
+ *   5x5: with b' = min(b, 2a), a call with c >= a + b' (32f: c - a - b' >
+ *   -1e-7 |a + b'|) is the 3x3 call with the same metrics. Otherwise the
+ *   weights are closed first: a* = min(a, 3c), b'' = min(b', 2c), and two
+ *   steps along a row weigh min(2a*, 2b'', 2c). On images of at least 4x4
+ *   with b' <= a, c <= 2a or 2c <= 3b', the first row of each pass steps
+ *   back along the row only (one pixel with a*, two with that weight) and
+ *   the second reads the row before only at up (a*), up-right (b'') and the
+ *   knight position two to the right (c), mirrored in the backward pass;
+ *   other rows and other cases use all moves that stay inside the image.
+ * Destination rows advance by dstStep / element size elements.
+ * Statuses: zeqStsNullPtr (pSrc, pDst or pMetrics null); zeqStsSize (width
+ * or height < 1); zeqStsStep (srcStep < width, dstStep below its row);
+ * zeqStsStepAlign (16u and 32f: odd dstStep; only oddness is tested);
+ * zeqStsDistMetric (a weight not above 0).
+ */
+ZEQ_API ZeqStatus zeqiDistanceTransform_3x3_8u16u_C1R(const Zeq8u* pSrc, int srcStep, Zeq16u* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32s* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_3x3_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32s* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_3x3_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32f* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_5x5_8u16u_C1R(const Zeq8u* pSrc, int srcStep, Zeq16u* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32s* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_5x5_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32s* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_5x5_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32f* pMetrics);
+/* The standard metrics of kerSize 3 or 5 and norm 0 (chessboard), 1 (city
+ * block) or 2 (Euclidean approximation):
+ *   3: {1, 1}, {1, 2}, {0.955, 1.3693} (32s: {2, 3});
+ *   5: {1, 1, 2}, {1, 2, 3}, {1, 1.4, 2.1969} (32s: {4, 6, 9}).
+ * The float 5x5 city-block table writes 1, 2 and then 3 to pMetrics[3],
+ * leaving pMetrics[2] as it was: supply four floats.
+ * Statuses: zeqStsNullPtr, then zeqStsBadArg (kerSize, then norm). */
+ZEQ_API ZeqStatus zeqiGetDistanceTransformMask_32f(int kerSize, int norm, Zeq32f* pMetrics);
+ZEQ_API ZeqStatus zeqiGetDistanceTransformMask_32s(int kerSize, int norm, Zeq32s* pMetrics);
+/* maskType = 10 kerSize + norm (30, 31, 32, 50, 51, 52). A norm (C remainder
+ * of maskType by 10) outside 0..2 gives zeqStsBadArg before any other check;
+ * then as zeqiGetDistanceTransformMask_32f. */
+ZEQ_API ZeqStatus zeqiGetDistanceTransformMask(int maskType, Zeq32f* pMetrics);
 
 /* ==== Flood fill ==== */
 /* (floodfill: declarations to come) */
