@@ -741,7 +741,52 @@ ZEQ_API ZeqStatus zeqiGetDistanceTransformMask_32s(int kerSize, int norm, Zeq32s
 ZEQ_API ZeqStatus zeqiGetDistanceTransformMask(int maskType, Zeq32f* pMetrics);
 
 /* ==== Flood fill ==== */
-/* (floodfill: declarations to come) */
+/*
+ * Fills, in place, the connected region of a one-channel image that holds
+ * the seed, and reports it in *pRegion: area (pixels filled), value (newVal
+ * as a double) and rect (bounding box of the filled pixels).
+ *   Plain fills: the pixels 4- or 8-connected to the seed whose value equals
+ *   the seed's exactly. When the seed already holds newVal (8u: newVal's
+ *   low byte; 32f: float equality) nothing is written, *pRegion included.
+ *   Height 1: the seed's row is scanned on both sides, so row -1 (pImage -
+ *   imageStep, width pixels) is READ and, where it equals the seed's value,
+ *   filled too. Such calls need that memory to be readable; the gradient
+ *   fills do not touch it.
+ *   Gradient fills: the pixels reachable from the seed through 4- or
+ *   8-connected steps from P to N with P - minDelta <= N <= P + maxDelta,
+ *   on the input values (32f: |N + (minDelta - maxDelta)/2 - P| <=
+ *   (minDelta + maxDelta)/2, the halves in float, the test in double). They
+ *   always write the region and *pRegion.
+ * pBuffer: a work buffer of the size zeqiFloodFillGetSize (plain) or
+ * zeqiFloodFillGetSize_Grad (gradient) gives for the roi.
+ * Statuses, in order: zeqStsNullPtr (pImage, pRegion or pBuffer null);
+ * zeqStsSize (width or height < 1); zeqStsStep (imageStep below the row);
+ * zeqStsStepAlign (32f: odd imageStep; only oddness is tested);
+ * zeqStsOutOfRange (seed outside the roi); zeqStsBadArg (8u: newVal outside
+ * 0..255); zeqStsOutOfRange (gradient: a delta below 0 or NaN, 8u also
+ * minDelta + maxDelta > 255).
+ */
+ZEQ_API ZeqStatus zeqiFloodFill_4Con_8u_C1IR(Zeq8u* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        int newVal, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_8Con_8u_C1IR(Zeq8u* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        int newVal, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_4Con_32f_C1IR(Zeq32f* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        Zeq32f newVal, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_8Con_32f_C1IR(Zeq32f* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        Zeq32f newVal, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_Grad4Con_8u_C1IR(Zeq8u* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        int newVal, int minDelta, int maxDelta, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_Grad8Con_8u_C1IR(Zeq8u* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        int newVal, int minDelta, int maxDelta, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_Grad4Con_32f_C1IR(Zeq32f* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        Zeq32f newVal, Zeq32f minDelta, Zeq32f maxDelta, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_Grad8Con_32f_C1IR(Zeq32f* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        Zeq32f newVal, Zeq32f minDelta, Zeq32f maxDelta, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+/* Work buffer bytes: 6 x width x height + 8 (plain), plus (width + 2) x
+ * (height + 2) (gradient). Statuses: zeqStsNullPtr, zeqStsSize (width or
+ * height < 1, or a size beyond int). */
+ZEQ_API ZeqStatus zeqiFloodFillGetSize(ZeqiSize roiSize, int* pBufSize);
+ZEQ_API ZeqStatus zeqiFloodFillGetSize_Grad(ZeqiSize roiSize, int* pBufSize);
 
 /* ==== Morphology state and strip dilation and erosion ==== */
 /* (morph: declarations to come) */
