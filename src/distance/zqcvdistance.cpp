@@ -9,17 +9,21 @@
 // already visited; the backward moves are their mirror images. What differs
 // between the transforms is only which moves a row uses.
 //
-// The passes are a recurrence along each row (a pixel needs its left
-// neighbour's new value), so they run one pixel at a time. Each pixel's
-// value is the minimum over paths of sums formed step by step along the path,
-// so in float too any evaluation of the same moves gives the same bits.
+// Along a row the passes are a recurrence (a pixel needs its neighbour's new
+// value) and run one pixel at a time; the moves from other rows run a
+// register at a time (zqcvdistance.isa.cpp). Each pixel's value is the
+// minimum over paths of sums formed step by step along the path, so in float
+// too any evaluation of the same moves gives the same bits.
 #include "core/zqcvcore.h"
+#include "distance/zqcvdistance.h"
 
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
 
 namespace {
+
+using zq::Isa;
 
 template <class D>
 struct Dist {
@@ -45,53 +49,68 @@ struct Moves {
 };
 
 // One pass. movesOf(r, y) gives the forward-oriented moves of row y, r its
-// index in the pass's order; the backward pass mirrors them. Pixels not above
-// `skip` cannot be lowered by any move and are passed over.
-template <class D, class RowMoves>
-void ownDistancePass(D* d, ptrdiff_t step, int w, int h, bool forward, typename Dist<D>::V skip, RowMoves movesOf) {
+// index in the pass's order; the backward pass mirrors them. A row first
+// takes the candidates from the rows before it in the pass (final already),
+// a register at a time, then those along the row, one pixel after the other.
+// Pixels no move can lower (features, values at the smallest weight) come
+// out unchanged by the minimum itself.
+template <Isa I, class D, class RowMoves>
+void ownDistancePass(D* d, ptrdiff_t step, int w, int h, bool forward, RowMoves movesOf) {
     using V = typename Dist<D>::V;
     const int dir = forward ? 1 : -1;
     for (int r = 0; r < h; ++r) {
         const int y = forward ? r : h - 1 - r;
         const Moves<V> all = movesOf(r, y);
-        // The moves whose row lies inside the image, as element offsets.
         ptrdiff_t off[8];
         int dx[8], n = 0, reachLeft = 0, reachRight = 0;
-        V wt[8];
+        V wt[8], along[2] = {0, 0};  // along[k]: the move k + 1 pixels back along the row, 0 if none
         for (int k = 0; k < all.n; ++k) {
-            const int yy = y + dir * all.m[k].dy;
-            if (yy < 0 || yy >= h) continue;
-            dx[n] = dir * all.m[k].dx;
-            off[n] = ptrdiff_t(dir * all.m[k].dy) * step + dx[n];
-            wt[n] = all.m[k].w;
+            const Move<V>& m = all.m[k];
+            if (m.dy == 0) {
+                along[-m.dx - 1] = m.w;
+                continue;
+            }
+            if (unsigned(y + dir * m.dy) >= unsigned(h)) continue;
+            dx[n] = dir * m.dx;
+            off[n] = ptrdiff_t(dir * m.dy) * step + dx[n];
+            wt[n] = m.w;
             reachLeft = std::max(reachLeft, -dx[n]);
             reachRight = std::max(reachRight, dx[n]);
             ++n;
         }
         D* p = zq::row(d, ptrdiff_t(sizeof(D)) * step, y);
-        auto at = [&](int x) {
+        auto edge = [&](int x) {
             V v = zq::loadu(p + x);
-            if (!(v > skip)) return;
             for (int k = 0; k < n; ++k)
-                if (x + dx[k] >= 0 && x + dx[k] < w) v = std::min(v, V(zq::loadu(p + x + off[k])) + wt[k]);
-            zq::storeu(p + x, D(v));
-        };
-        // Columns where every move stays inside the row need no test.
-        auto inner = [&](int x) {
-            V v = zq::loadu(p + x);
-            if (!(v > skip)) return;
-            for (int k = 0; k < n; ++k) v = std::min(v, V(zq::loadu(p + x + off[k])) + wt[k]);
+                if (unsigned(x + dx[k]) < unsigned(w)) v = std::min(v, V(zq::loadu(p + x + off[k])) + wt[k]);
             zq::storeu(p + x, D(v));
         };
         const int lo = std::min(reachLeft, w), hi = std::max(lo, w - reachRight);
-        if (forward) {
-            for (int x = 0; x < lo; ++x) at(x);
-            for (int x = lo; x < hi; ++x) inner(x);
-            for (int x = hi; x < w; ++x) at(x);
+        if (n > 0) {
+            for (int x = 0; x < lo; ++x) edge(x);
+            zq::ownDistanceAcross<I>(p, lo, hi, off, wt, n);
+            for (int x = hi; x < w; ++x) edge(x);
+        }
+        if (w < 2) continue;
+        // Along the row in the pass's order: prev is the pixel one back.
+        const int first = forward ? 0 : w - 1;
+        V prev = zq::loadu(p + first);
+        if (along[1] == V(0)) {
+            for (int i = 1; i < w; ++i) {
+                D* q = p + (first + dir * i);
+                const V v = std::min(V(zq::loadu(q)), prev + along[0]);
+                zq::storeu(q, D(v));
+                prev = v;
+            }
         } else {
-            for (int x = w - 1; x >= hi; --x) at(x);
-            for (int x = hi - 1; x >= lo; --x) inner(x);
-            for (int x = lo - 1; x >= 0; --x) at(x);
+            V prev2 = prev;
+            for (int i = 1; i < w; ++i) {
+                D* q = p + (first + dir * i);
+                V v = std::min(V(zq::loadu(q)), prev + along[0]);
+                if (i >= 2) v = std::min(v, prev2 + along[1]);
+                zq::storeu(q, D(v));
+                prev2 = prev, prev = v;
+            }
         }
     }
 }
@@ -124,8 +143,8 @@ using Wide = typename std::conditional<std::is_same<M, float>::value, float, int
 // 3x3: orthogonal a, diagonal b. Diagonals never win when b >= 2a and are
 // left out. When the diagonal is cheaper (a > b) and the image has at least
 // two rows and columns, the bottom row also takes the pixel two places back
-// with 2b in both passes; only pixels above T = b can then be lowered.
-template <class D, class M>
+// with 2b in both passes.
+template <Isa I, class D, class M>
 void ownDistanceTransform_3x3(const Zeq8u* s, int sStep, D* d, ptrdiff_t step, ZeqiSize roi, const M* metrics) {
     using V = typename Dist<D>::V;
     const Wide<M> a = metrics[0], b = metrics[1];
@@ -140,8 +159,8 @@ void ownDistanceTransform_3x3(const Zeq8u* s, int sStep, D* d, ptrdiff_t step, Z
         return m;
     };
     ownDistanceInit(s, sStep, d, step, roi);
-    ownDistancePass(d, step, roi.width, h, true, V(0), movesOf);
-    ownDistancePass(d, step, roi.width, h, false, diagonalCheaper ? wb : wa, movesOf);
+    ownDistancePass<I>(d, step, roi.width, h, true, movesOf);
+    ownDistancePass<I>(d, step, roi.width, h, false, movesOf);
 }
 
 // 5x5: a, b and the knight move c, after delegation to 3x3 was ruled out.
@@ -151,7 +170,7 @@ void ownDistanceTransform_3x3(const Zeq8u* s, int sStep, D* d, ptrdiff_t step, Z
 // first row steps back one or two pixels along the row, the second reads the
 // row before only up, up-right and at the knight position two to the right);
 // every other case is the plain 5x5 chamfer, moves outside the image left out.
-template <class D, class M>
+template <Isa I, class D, class M>
 void ownDistanceTransform_5x5(const Zeq8u* s, int sStep, D* d, ptrdiff_t step, ZeqiSize roi, const M* metrics) {
     using V = typename Dist<D>::V;
     const Wide<M> a = metrics[0], b = std::min<Wide<M>>(metrics[1], 2 * a), c = metrics[2];
@@ -166,8 +185,8 @@ void ownDistanceTransform_5x5(const Zeq8u* s, int sStep, D* d, ptrdiff_t step, Z
     const Moves<V> row1 = {{{-1, 0, wa}, {0, -1, wa}, {1, -1, wb}, {2, -1, wc}}, 4};
     auto movesOf = [&](int r, int) { return !firstForm || r > 1 ? full : r == 0 ? row0 : row1; };
     ownDistanceInit(s, sStep, d, step, roi);
-    ownDistancePass(d, step, roi.width, roi.height, true, V(0), movesOf);
-    ownDistancePass(d, step, roi.width, roi.height, false, std::min({wa, wb, wc, w20}), movesOf);
+    ownDistancePass<I>(d, step, roi.width, roi.height, true, movesOf);
+    ownDistancePass<I>(d, step, roi.width, roi.height, false, movesOf);
 }
 
 // Whether the knight move can never beat an orthogonal plus a diagonal step:
@@ -194,8 +213,11 @@ ZeqStatus distanceTransform(const Zeq8u* pSrc, int srcStep, D* pDst, int dstStep
     for (int k = 0; k < (K == 3 ? 2 : 3); ++k)
         if (badMetric(pMetrics[k])) return zeqStsDistMetric;
     const ptrdiff_t step = dstStep / ptrdiff_t(sizeof(D));  // rows advance by whole elements
-    if (K == 3 || knightNeverWins(pMetrics)) ownDistanceTransform_3x3(pSrc, srcStep, pDst, step, roi, pMetrics);
-    else ownDistanceTransform_5x5(pSrc, srcStep, pDst, step, roi, pMetrics);
+    const bool as3x3 = K == 3 || knightNeverWins(pMetrics);
+    zq::dispatch([&](auto tier) {
+        if (as3x3) ownDistanceTransform_3x3<tier.value>(pSrc, srcStep, pDst, step, roi, pMetrics);
+        else ownDistanceTransform_5x5<tier.value>(pSrc, srcStep, pDst, step, roi, pMetrics);
+    });
     return zeqStsOk;
 }
 
