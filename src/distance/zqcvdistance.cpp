@@ -25,15 +25,17 @@ namespace {
 
 using zq::Isa;
 
+// Integer sums stay in int: at most the ceiling plus a weight clamped to
+// the ceiling plus one.
+template <class D>
+constexpr zq::DistanceSum<D> ceilingOf() {
+    if constexpr (std::is_same<D, Zeq32f>::value) return FLT_MAX;
+    else return D(~D(0));
+}
 template <class D>
 struct Dist {
-    using V = int;  // sums of at most the ceiling and a weight clamped to ceiling + 1
-    static constexpr int ceiling = D(~D(0));
-};
-template <>
-struct Dist<Zeq32f> {
-    using V = float;
-    static constexpr float ceiling = FLT_MAX;
+    using V = zq::DistanceSum<D>;
+    static constexpr V ceiling = ceilingOf<D>();
 };
 
 template <class V>

@@ -6,6 +6,7 @@
 #include "zeqcv.h"
 
 #include <cstddef>
+#include <type_traits>
 
 namespace zq {
 

@@ -63,8 +63,9 @@ public:
             visited_ = buffer + mw + 1;
             stackArea = buffer + mw * mh;
         }
-        stack_ = reinterpret_cast<Segment*>((reinterpret_cast<uintptr_t>(stackArea) + 7) & ~uintptr_t(7));
-        capacity_ = size_t(6) * size_t(w_) * size_t(h_) / sizeof(Segment);
+        stack_ = reinterpret_cast<Zeq8u*>((reinterpret_cast<uintptr_t>(stackArea) + 7) & ~uintptr_t(7));
+        narrow_ = w_ < 32767 && h_ < 32767;
+        capacity_ = size_t(6) * size_t(w_) * size_t(h_) / (narrow_ ? kNarrow : sizeof(Segment));
         if constexpr (std::is_same<Range, zq::FloodRange8u>::value) lo_ = R::set1_8(range.lo), hi_ = R::set1_8(range.hi);
     }
 
@@ -219,16 +220,44 @@ private:
         }
     }
 
-    // The first segments live here: the queried buffer holds one per four
-    // pixels, less than one segment for images of under four pixels.
+    // The stack: its first segments live here (the queried buffer holds less
+    // than one segment for images of under four pixels), the rest in the
+    // buffer. There, images narrower and lower than 32767 pixels store five
+    // 16-bit fields, each one more than its value (rows and columns start at
+    // -1), the direction in the top bit of the first: at most one segment per
+    // 10 bytes of the 6 per pixel the buffer has, more than the disjoint runs
+    // a scan of a checkerboard leaves pending. Wider images store the record
+    // as it is. A push beyond the buffer is dropped rather than written past
+    // its end.
     static constexpr int kLocal = 64;
+    static constexpr size_t kNarrow = 10;
     void push(const Segment& s) {
-        if (top_ < kLocal) local_[top_++] = s;
-        else if (size_t(top_ - kLocal) < capacity_) stack_[top_++ - kLocal] = s;
+        if (top_ < kLocal) {
+            local_[top_++] = s;
+        } else if (size_t(top_ - kLocal) < capacity_) {
+            const size_t i = size_t(top_++ - kLocal);
+            if (narrow_) {
+                const uint16_t f[5] = {uint16_t((s.y + 1) | (s.dir < 0 ? 0x8000 : 0)), uint16_t(s.left + 1),
+                                       uint16_t(s.right + 1), uint16_t(s.prevLeft + 1), uint16_t(s.prevRight + 1)};
+                std::memcpy(stack_ + i * kNarrow, f, kNarrow);
+            } else {
+                std::memcpy(stack_ + i * sizeof(Segment), &s, sizeof(Segment));
+            }
+        }
     }
     Segment pop() {
         --top_;
-        return top_ < kLocal ? local_[top_] : stack_[top_ - kLocal];
+        if (top_ < kLocal) return local_[top_];
+        const size_t i = size_t(top_ - kLocal);
+        Segment s;
+        if (narrow_) {
+            uint16_t f[5];
+            std::memcpy(f, stack_ + i * kNarrow, kNarrow);
+            s = {(f[0] & 0x7fff) - 1, f[1] - 1, f[2] - 1, f[3] - 1, f[4] - 1, f[0] & 0x8000 ? -1 : 1};
+        } else {
+            std::memcpy(&s, stack_ + i * sizeof(Segment), sizeof(Segment));
+        }
+        return s;
     }
 
     T* img_;
@@ -238,7 +267,8 @@ private:
     Range range_;
     V lo_{}, hi_{}, splat_{};
     Zeq8u* visited_ = nullptr;
-    Segment* stack_;
+    Zeq8u* stack_;
+    bool narrow_;
     size_t capacity_;
     Segment local_[kLocal];
     int top_ = 0;
