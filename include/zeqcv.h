@@ -648,7 +648,11 @@ ZEQ_API ZeqStatus zeqiCanny_32f8u_C1R(const Zeq32f* pSrcDx, int srcDxStep, const
  * 2(n-1) - i, folded again on lines of one or two pixels).
  * 8u and 8s round half up with an arithmetic shift, (sum + 128) >> 8 and
  * (sum + 32) >> 6 (a negative 8s half rounds towards plus infinity); 32f
- * multiplies the float sum by 1/256 or 1/64. C3 filters each channel alone.
+ * multiplies the float sum by 1/256 or 1/64. Rows are filtered along first;
+ * float sums add their weighted terms from the left, with the mirrored
+ * terms merged at the edges (PyrDown: 6 s[0] + 8 s[1] + 2 s[2] first,
+ * 8 s[0] + 8 s[1] on a line of two; PyrUp: 6 s[0] + 2 s[1] first, 8 s[0]
+ * for both outputs of a line of one). C3 filters each channel alone.
  * pBuffer: work buffer of at least the size the GetBufSize query gives for
  * the source width, type and channels (not checked). Not in place.
  * Statuses: zeqStsNullPtr (pSrc, pDst or pBuffer null); zeqStsSize (w or
@@ -758,7 +762,10 @@ ZEQ_API ZeqStatus zeqiGetDistanceTransformMask(int maskType, Zeq32f* pMetrics);
  *   (minDelta + maxDelta)/2, the halves in float, the test in double). They
  *   always write the region and *pRegion.
  * pBuffer: a work buffer of the size zeqiFloodFillGetSize (plain) or
- * zeqiFloodFillGetSize_Grad (gradient) gives for the roi.
+ * zeqiFloodFillGetSize_Grad (gradient) gives for the roi. It holds the
+ * stack of pending row segments; a scan that would leave more pending than
+ * it holds (beyond what a checkerboard needs) fills the region only in part
+ * rather than writing past the buffer.
  * Statuses, in order: zeqStsNullPtr (pImage, pRegion or pBuffer null);
  * zeqStsSize (width or height < 1); zeqStsStep (imageStep below the row);
  * zeqStsStepAlign (32f: odd imageStep; only oddness is tested);

@@ -267,27 +267,14 @@ ZeqStatus zeqiGetDistanceTransformMask(int maskType, Zeq32f* pMetrics) {
 
 // ---- transforms ----
 
-ZeqStatus zeqiDistanceTransform_3x3_8u16u_C1R(const Zeq8u* pSrc, int srcStep, Zeq16u* pDst, int dstStep,
-                                              ZeqiSize roiSize, const Zeq32s* pMetrics) {
-    return distanceTransform<3>(pSrc, srcStep, pDst, dstStep, roiSize, pMetrics);
-}
-ZeqStatus zeqiDistanceTransform_3x3_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
-                                           ZeqiSize roiSize, const Zeq32s* pMetrics) {
-    return distanceTransform<3>(pSrc, srcStep, pDst, dstStep, roiSize, pMetrics);
-}
-ZeqStatus zeqiDistanceTransform_3x3_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
-                                              ZeqiSize roiSize, const Zeq32f* pMetrics) {
-    return distanceTransform<3>(pSrc, srcStep, pDst, dstStep, roiSize, pMetrics);
-}
-ZeqStatus zeqiDistanceTransform_5x5_8u16u_C1R(const Zeq8u* pSrc, int srcStep, Zeq16u* pDst, int dstStep,
-                                              ZeqiSize roiSize, const Zeq32s* pMetrics) {
-    return distanceTransform<5>(pSrc, srcStep, pDst, dstStep, roiSize, pMetrics);
-}
-ZeqStatus zeqiDistanceTransform_5x5_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
-                                           ZeqiSize roiSize, const Zeq32s* pMetrics) {
-    return distanceTransform<5>(pSrc, srcStep, pDst, dstStep, roiSize, pMetrics);
-}
-ZeqStatus zeqiDistanceTransform_5x5_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
-                                              ZeqiSize roiSize, const Zeq32f* pMetrics) {
-    return distanceTransform<5>(pSrc, srcStep, pDst, dstStep, roiSize, pMetrics);
-}
+#define ZQ_DISTANCE(NAME, K, D, M)                                                                       \
+    ZeqStatus NAME(const Zeq8u* pSrc, int srcStep, D* pDst, int dstStep, ZeqiSize roiSize, const M* pMetrics) { \
+        return distanceTransform<K>(pSrc, srcStep, pDst, dstStep, roiSize, pMetrics);                      \
+    }
+
+ZQ_DISTANCE(zeqiDistanceTransform_3x3_8u16u_C1R, 3, Zeq16u, Zeq32s)
+ZQ_DISTANCE(zeqiDistanceTransform_3x3_8u_C1R, 3, Zeq8u, Zeq32s)
+ZQ_DISTANCE(zeqiDistanceTransform_3x3_8u32f_C1R, 3, Zeq32f, Zeq32f)
+ZQ_DISTANCE(zeqiDistanceTransform_5x5_8u16u_C1R, 5, Zeq16u, Zeq32s)
+ZQ_DISTANCE(zeqiDistanceTransform_5x5_8u_C1R, 5, Zeq8u, Zeq32s)
+ZQ_DISTANCE(zeqiDistanceTransform_5x5_8u32f_C1R, 5, Zeq32f, Zeq32f)
