@@ -125,9 +125,8 @@ TYPED_TEST(Distance, MatchesTwoPassReference) {
                 const double density = z % 3 == 0 ? 0.01 : z % 3 == 1 ? 0.15 : 0.0;
                 Image<Zeq8u> s(r.width, r.height, 1, rng.uniform(0, 5), rng.uniform(0, 3));
                 s.fill([&](int, int, int) { return rng.chance(density) ? 0 : rng.uniform(1, 255); });
-                const int pad = int(sizeof(D)) == 1 ? rng.uniform(0, 3) : 2 * rng.uniform(0, 3);
+                const int pad = int(sizeof(D)) * rng.uniform(0, 3);
                 Image<D> d(r.width, r.height, 1, pad, pad);
-                if (std::is_same<D, float>::value && pad % 4) d = Image<D>(r.width, r.height, 1, 0, pad);
                 V mv[3];
                 for (int j = 0; j < 3; ++j) mv[j] = V(sets[i][j]);
                 const auto want = reference<V>(s, k, mv, V(Api<D>::ceiling));

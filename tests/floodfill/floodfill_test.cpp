@@ -72,7 +72,8 @@ TYPED_TEST(FloodFill, MatchesBreadthFirstSearch) {
         const int w = board ? 61 : iter < 16 ? 1 + iter % 3 : rng.uniform(1, iter % 3 ? 40 : 200);
         const int h = board ? 47 : iter < 16 ? 1 + iter / 8 : rng.uniform(1, 30);
         const bool uniform = !board && iter % 9 == 0;
-        Image<T> im(w, h + 1, 1, isFloat ? 4 * rng.uniform(0, 3) + 2 * (iter % 2) : rng.uniform(0, 5), rng.uniform(0, 3));
+        const int e = int(sizeof(T));
+        Image<T> im(w, h + 1, 1, e * rng.uniform(0, 3) + (isFloat ? 0 : iter % 2), e * rng.uniform(0, 3));
         int last = 11;  // long runs in some rows, so that whole registers match
         const double change = iter % 5 ? 0.5 : 0.03;
         im.fill([&](int x, int y, int) {
