@@ -635,13 +635,165 @@ ZEQ_API ZeqStatus zeqiCanny_32f8u_C1R(const Zeq32f* pSrcDx, int srcDxStep, const
 /* (corner: declarations to come) */
 
 /* ==== Gaussian 5x5 pyramid ==== */
-/* (pyramid: declarations to come) */
+/*
+ * One level of a Gaussian pyramid with the 5-tap binomial kernel (1 4 6 4 1)
+ * along and across rows. roiSize is the source size (w, h).
+ *   PyrDown: dst is (ceil(w/2), ceil(h/2)); dst(X, Y) is the weighted sum of
+ *     the 5 x 5 source pixels centred at (2X, 2Y), divided by 256.
+ *   PyrUp: dst is (2w, 2h): zeros inserted between the source pixels, then
+ *     4 x the kernel, divided by 64. Along a row, output 2x takes
+ *     s[x-1] + 6 s[x] + s[x+1] and output 2x+1 takes 4 (s[x] + s[x+1]);
+ *     across rows likewise.
+ * Borders mirror about the edge pixel (index i < 0 reads -i, i >= n reads
+ * 2(n-1) - i, folded again on lines of one or two pixels).
+ * 8u and 8s round half up with an arithmetic shift, (sum + 128) >> 8 and
+ * (sum + 32) >> 6 (a negative 8s half rounds towards plus infinity); 32f
+ * multiplies the float sum by 1/256 or 1/64. Rows are filtered along first;
+ * float sums add their weighted terms from the left, with the mirrored
+ * terms merged at the edges (PyrDown: 6 s[0] + 8 s[1] + 2 s[2] first,
+ * 8 s[0] + 8 s[1] on a line of two; PyrUp: 6 s[0] + 2 s[1] first, 8 s[0]
+ * for both outputs of a line of one). C3 filters each channel alone.
+ * pBuffer: work buffer of at least the size the GetBufSize query gives for
+ * the source width, type and channels (not checked). Not in place.
+ * Statuses: zeqStsNullPtr (pSrc, pDst or pBuffer null); zeqStsSize (w or
+ * h < 1); zeqStsStep (srcStep or dstStep shorter than its row);
+ * zeqStsStepAlign (32f: an odd step; only oddness is tested).
+ */
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_8s_C1R(const Zeq8s* pSrc, int srcStep, Zeq8s* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_8s_C3R(const Zeq8s* pSrc, int srcStep, Zeq8s* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrDown_Gauss5x5_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_8s_C1R(const Zeq8s* pSrc, int srcStep, Zeq8s* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_8s_C3R(const Zeq8s* pSrc, int srcStep, Zeq8s* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiPyrUp_Gauss5x5_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, Zeq8u* pBuffer);
+/* Work buffer sizes in bytes for a source roiWidth, dataType zeq8u, zeq8s or
+ * zeq32f, channels 1 or 3. Statuses: zeqStsNullPtr, zeqStsSize (roiWidth < 1,
+ * or a size beyond int), zeqStsChannel, zeqStsDataType, in that order. */
+ZEQ_API ZeqStatus zeqiPyrDownGetBufSize_Gauss5x5(int roiWidth, ZeqDataType dataType, int channels, int* pBufSize);
+ZEQ_API ZeqStatus zeqiPyrUpGetBufSize_Gauss5x5(int roiWidth, ZeqDataType dataType, int channels, int* pBufSize);
 
 /* ==== Distance transform ==== */
-/* (distance: declarations to come) */
+/*
+ * Chamfer distance transform: every pixel whose source is not 0 gets an
+ * approximation of its distance to the nearest source 0 (features get 0),
+ * the minimum over paths of the sums of their move weights. 3x3 masks take
+ * pMetrics {a orthogonal step, b diagonal step}; 5x5 masks {a, b, c the
+ * knight step (2, 1)}. Integer forms read int weights, 8u32f float weights.
+ * Two passes: forward (rows down, pixels right) from the neighbours above and
+ * to the left, backward from the mirror images. Sums clamp to the ceiling:
+ * 255 (8u), 65535 (16u), FLT_MAX (32f), also the value where no feature is
+ * reachable. Rules kept as they are:
+ *   3x3: when b >= 2a only orthogonal moves are used; when a > b and the
+ *   image has at least 2 rows and columns, the bottom row also takes the
+ *   pixel two back along the row plus 2b, in both passes.
+ *   5x5: with b' = min(b, 2a), a call with c >= a + b' (32f: c - a - b' >
+ *   -1e-7 |a + b'|) is the 3x3 call with the same metrics. Otherwise the
+ *   weights are closed first: a* = min(a, 3c), b'' = min(b', 2c), and two
+ *   steps along a row weigh min(2a*, 2b'', 2c). On images of at least 4x4
+ *   with b' <= a, c <= 2a or 2c <= 3b', the first row of each pass steps
+ *   back along the row only (one pixel with a*, two with that weight) and
+ *   the second reads the row before only at up (a*), up-right (b'') and the
+ *   knight position two to the right (c), mirrored in the backward pass;
+ *   other rows and other cases use all moves that stay inside the image.
+ * Destination rows advance by dstStep / element size elements.
+ * Statuses: zeqStsNullPtr (pSrc, pDst or pMetrics null); zeqStsSize (width
+ * or height < 1); zeqStsStep (srcStep < width, dstStep below its row);
+ * zeqStsStepAlign (16u and 32f: odd dstStep; only oddness is tested);
+ * zeqStsDistMetric (a weight not above 0).
+ */
+ZEQ_API ZeqStatus zeqiDistanceTransform_3x3_8u16u_C1R(const Zeq8u* pSrc, int srcStep, Zeq16u* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32s* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_3x3_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32s* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_3x3_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32f* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_5x5_8u16u_C1R(const Zeq8u* pSrc, int srcStep, Zeq16u* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32s* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_5x5_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32s* pMetrics);
+ZEQ_API ZeqStatus zeqiDistanceTransform_5x5_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, const Zeq32f* pMetrics);
+/* The standard metrics of kerSize 3 or 5 and norm 0 (chessboard), 1 (city
+ * block) or 2 (Euclidean approximation):
+ *   3: {1, 1}, {1, 2}, {0.955, 1.3693} (32s: {2, 3});
+ *   5: {1, 1, 2}, {1, 2, 3}, {1, 1.4, 2.1969} (32s: {4, 6, 9}).
+ * The float 5x5 city-block table writes 1, 2 and then 3 to pMetrics[3],
+ * leaving pMetrics[2] as it was: supply four floats.
+ * Statuses: zeqStsNullPtr, then zeqStsBadArg (kerSize, then norm). */
+ZEQ_API ZeqStatus zeqiGetDistanceTransformMask_32f(int kerSize, int norm, Zeq32f* pMetrics);
+ZEQ_API ZeqStatus zeqiGetDistanceTransformMask_32s(int kerSize, int norm, Zeq32s* pMetrics);
+/* maskType = 10 kerSize + norm (30, 31, 32, 50, 51, 52). A norm (C remainder
+ * of maskType by 10) outside 0..2 gives zeqStsBadArg before any other check;
+ * then as zeqiGetDistanceTransformMask_32f. */
+ZEQ_API ZeqStatus zeqiGetDistanceTransformMask(int maskType, Zeq32f* pMetrics);
 
 /* ==== Flood fill ==== */
-/* (floodfill: declarations to come) */
+/*
+ * Fills, in place, the connected region of a one-channel image that holds
+ * the seed, and reports it in *pRegion: area (pixels filled), value (newVal
+ * as a double) and rect (bounding box of the filled pixels).
+ *   Plain fills: the pixels 4- or 8-connected to the seed whose value equals
+ *   the seed's exactly. When the seed already holds newVal (8u: newVal's
+ *   low byte; 32f: float equality) nothing is written, *pRegion included.
+ *   Height 1: the seed's row is scanned on both sides, so row -1 (pImage -
+ *   imageStep, width pixels) is READ and, where it equals the seed's value,
+ *   filled too. Such calls need that memory to be readable; the gradient
+ *   fills do not touch it.
+ *   Gradient fills: the pixels reachable from the seed through 4- or
+ *   8-connected steps from P to N with P - minDelta <= N <= P + maxDelta,
+ *   on the input values (32f: |N + (minDelta - maxDelta)/2 - P| <=
+ *   (minDelta + maxDelta)/2, the halves in float, the test in double). They
+ *   always write the region and *pRegion.
+ * pBuffer: a work buffer of the size zeqiFloodFillGetSize (plain) or
+ * zeqiFloodFillGetSize_Grad (gradient) gives for the roi. It holds the
+ * stack of pending row segments; a scan that would leave more pending than
+ * it holds (beyond what a checkerboard needs) fills the region only in part
+ * rather than writing past the buffer.
+ * Statuses, in order: zeqStsNullPtr (pImage, pRegion or pBuffer null);
+ * zeqStsSize (width or height < 1); zeqStsStep (imageStep below the row);
+ * zeqStsStepAlign (32f: odd imageStep; only oddness is tested);
+ * zeqStsOutOfRange (seed outside the roi); zeqStsBadArg (8u: newVal outside
+ * 0..255); zeqStsOutOfRange (gradient: a delta below 0 or NaN, 8u also
+ * minDelta + maxDelta > 255).
+ */
+ZEQ_API ZeqStatus zeqiFloodFill_4Con_8u_C1IR(Zeq8u* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        int newVal, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_8Con_8u_C1IR(Zeq8u* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        int newVal, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_4Con_32f_C1IR(Zeq32f* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        Zeq32f newVal, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_8Con_32f_C1IR(Zeq32f* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        Zeq32f newVal, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_Grad4Con_8u_C1IR(Zeq8u* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        int newVal, int minDelta, int maxDelta, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_Grad8Con_8u_C1IR(Zeq8u* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        int newVal, int minDelta, int maxDelta, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_Grad4Con_32f_C1IR(Zeq32f* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        Zeq32f newVal, Zeq32f minDelta, Zeq32f maxDelta, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiFloodFill_Grad8Con_32f_C1IR(Zeq32f* pImage, int imageStep, ZeqiSize roiSize, ZeqiPoint seed,
+        Zeq32f newVal, Zeq32f minDelta, Zeq32f maxDelta, ZeqiConnectedComp* pRegion, Zeq8u* pBuffer);
+/* Work buffer bytes: 6 x width x height + 8 (plain), plus (width + 2) x
+ * (height + 2) (gradient). Statuses: zeqStsNullPtr, zeqStsSize (width or
+ * height < 1, or a size beyond int). */
+ZEQ_API ZeqStatus zeqiFloodFillGetSize(ZeqiSize roiSize, int* pBufSize);
+ZEQ_API ZeqStatus zeqiFloodFillGetSize_Grad(ZeqiSize roiSize, int* pBufSize);
 
 /* ==== Morphology state and strip dilation and erosion ==== */
 /* (morph: declarations to come) */
