@@ -73,7 +73,7 @@ Args parseArgs(int argc, char** argv, const char* usage, const std::vector<Optio
     argv[0] = name.data();
     optind = 1;
     opterr = 1;
-    const std::string shortOpts = takesOut ? "+ho:" : "+h";
+    const std::string shortOpts = takesOut ? "ho:" : "h";
     for (;;) {
         int index = 0;
         const int c = getopt_long(argc, argv, shortOpts.c_str(), table.data(), &index);

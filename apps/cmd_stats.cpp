@@ -101,8 +101,11 @@ zeqcv::Image<T> samples(const Picture& p, bool colour) {
 }
 
 void printRow(const char* name, const Stats& s) {
-    std::printf("  %-6s %12.6f %12.6f %7g (%d, %d) %7g (%d, %d) %14.0f %14.4f %7g\n", name, s.mean, s.stdDev,
-                double(s.min), s.minAt.x, s.minAt.y, double(s.max), s.maxAt.x, s.maxAt.y, s.l1, s.l2, s.inf);
+    char minAt[32], maxAt[32];
+    std::snprintf(minAt, sizeof minAt, "(%d, %d)", s.minAt.x, s.minAt.y);
+    std::snprintf(maxAt, sizeof maxAt, "(%d, %d)", s.maxAt.x, s.maxAt.y);
+    std::printf("  %-6s %12.6f %12.6f %7g %-12s %7g %-12s %14.0f %14.4f %7g\n", name, s.mean, s.stdDev, double(s.min),
+                minAt, double(s.max), maxAt, s.l1, s.l2, s.inf);
 }
 
 template <class T>
@@ -116,7 +119,7 @@ double report(const Picture& p, zeqcv::ImageView<const Zeq8u> mask) {
         grey = measure<T>(g.view(), mask, 0);
         for (int c = 0; colour && c < 3; ++c) channel[c] = measure<T>(rgb.view(), mask, c + 1);
     });
-    std::printf("  %-6s %12s %12s %7s %-8s %7s %-8s %14s %14s %7s\n", "", "mean", "std dev", "min", "at", "max", "at",
+    std::printf("  %-6s %12s %12s %7s %-12s %7s %-12s %14s %14s %7s\n", "", "mean", "std dev", "min", "at", "max", "at",
                 "L1", "L2", "Inf");
     printRow("grey", grey);
     static const char* kNames[] = {"R", "G", "B"};

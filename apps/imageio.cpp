@@ -84,7 +84,7 @@ struct PngError {
 
 void pngErrorHandler(png_structp png, png_const_charp message) {
     auto* err = static_cast<PngError*>(png_get_error_ptr(png));
-    std::snprintf(err->message, sizeof err->message, "%s", message);
+    std::snprintf(err->message, sizeof err->message, "corrupt or truncated PNG (%s)", message);
     png_longjmp(png, 1);
 }
 void pngWarningHandler(png_structp, png_const_charp) {}
@@ -161,12 +161,14 @@ bool writePngFile(FILE* file, const Picture* picture, PngError* err) {
 struct JpegError {
     jpeg_error_mgr mgr;
     jmp_buf jump;
-    char message[JMSG_LENGTH_MAX] = "";
+    char message[JMSG_LENGTH_MAX + 40] = "";
 };
 
 void jpegErrorExit(j_common_ptr cinfo) {
     auto* err = reinterpret_cast<JpegError*>(cinfo->err);
-    (*cinfo->err->format_message)(cinfo, err->message);
+    char text[JMSG_LENGTH_MAX];
+    (*cinfo->err->format_message)(cinfo, text);
+    std::snprintf(err->message, sizeof err->message, "corrupt or truncated JPEG (%s)", text);
     longjmp(err->jump, 1);
 }
 // A warning means corrupt or missing data (libjpeg would fill it with grey):
