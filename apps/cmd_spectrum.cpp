@@ -3,8 +3,10 @@
 // the image is padded with its mean value up to the next powers of two.
 #include "commands.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <vector>
 
 namespace tool {
 
@@ -72,6 +74,50 @@ zeqcv::Image<Zeq32f> logMagnitude(const zeqcv::Image<Zeq32f>& pack) {
     return out;
 }
 
+// Mean power spectrum of the rows (1-D real FFT, rows padded with zeros to
+// 2^n after their mean is removed), drawn as log power against frequency.
+Picture rowSpectrumPlot(const zeqcv::Image<Zeq32f>& grey, Demo& demo) {
+    const int order = orderFor(grey.width()), n = 1 << order;
+    std::vector<double> power(size_t(n / 2 + 1), 0.0);
+    demo.time("1-D FFT of every row", "zeqsFFTInitAlloc_R_32f zeqsFFTFwd_RToPack_32f", [&] {
+        zeqcv::FFTSpecR spec;
+        zeqcv::check(spec.init(zeqsFFTInitAlloc_R_32f, order, zeqFftScaleFwdByN, zeqAlgHintNone), "zeqsFFTInitAlloc_R_32f");
+        zeqcv::Buffer<Zeq8u> work;
+        zeqcv::check(work.sized(zeqsFFTGetBufSize_R_32f, spec.get()), "zeqsFFTGetBufSize_R_32f");
+        zeqcv::Buffer<Zeq32f> row(n), pack(n);
+        if (!row || !pack) fail("out of memory for the row spectra");
+        std::fill(power.begin(), power.end(), 0.0);
+        for (int y = 0; y < grey.height(); ++y) {
+            double mean = 0;
+            for (int x = 0; x < grey.width(); ++x) mean += grey.row(y)[x];
+            mean /= grey.width();
+            for (int x = 0; x < n; ++x) row.data()[x] = x < grey.width() ? Zeq32f(grey.row(y)[x] - mean) : 0.0f;
+            zeqcv::check(zeqsFFTFwd_RToPack_32f(row.data(), pack.data(), spec.get(), work.data()), "zeqsFFTFwd_RToPack_32f");
+            const Zeq32f* p = pack.data();
+            power[0] += double(p[0]) * p[0];
+            for (int k = 1; k < n / 2; ++k) power[size_t(k)] += double(p[2 * k - 1]) * p[2 * k - 1] + double(p[2 * k]) * p[2 * k];
+            if (n > 1) power[size_t(n / 2)] += double(p[n - 1]) * p[n - 1];
+        }
+    });
+    Picture plot = canvas(320, 240, {24, 24, 32});
+    double lo = 1e300, hi = -1e300;
+    for (double& v : power) {
+        v = std::log10(v / grey.height() + 1e-6);
+        lo = std::min(lo, v), hi = std::max(hi, v);
+    }
+    for (int x = 0; x < 300; ++x) {
+        const double v = power[size_t(std::lround(double(x) * (power.size() - 1) / 299))];
+        const int top = 220 - int((v - lo) / (hi > lo ? hi - lo : 1) * 200);
+        for (int y = top; y <= 220; ++y) {
+            uint8_t* px = plot.row8(y) + size_t(10 + x) * 3;
+            px[0] = 90, px[1] = uint8_t(y == top ? 255 : 160), px[2] = 220;
+        }
+    }
+    drawText(plot, 12, 226, "0", {200, 200, 200}, 1);
+    drawText(plot, 280, 226, "N/2", {200, 200, 200}, 1);
+    return plot;
+}
+
 }  // namespace
 
 int runSpectrum(int argc, char** argv) {
@@ -101,6 +147,9 @@ void demoSpectrum(Demo& demo) {
     float lo, hi;
     rangeOf(s.view(), lo, hi);
     demo.tile("FFT log magnitude", scaleTo8u(s.view(), lo, hi).view());
+    const Picture rows = rowSpectrumPlot(grey, demo);
+    demo.save("row-spectrum", rows);
+    demo.tile("row spectra (1-D FFT)", rows);
 }
 
 }  // namespace tool

@@ -111,11 +111,13 @@ bool readPngFile(FILE* file, Picture* out, std::vector<png_bytep>* rows, PngErro
         png_destroy_read_struct(&png, &info, nullptr);
         return false;
     }
-    const std::string tooLarge = sizeProblem(width, height);
-    if (!tooLarge.empty()) {
-        std::snprintf(err->message, sizeof err->message, "%s", tooLarge.c_str());
-        png_destroy_read_struct(&png, &info, nullptr);
-        return false;
+    {  // scoped: no C++ object may be alive when libpng jumps back
+        const std::string tooLarge = sizeProblem(width, height);
+        if (!tooLarge.empty()) {
+            std::snprintf(err->message, sizeof err->message, "%s", tooLarge.c_str());
+            png_destroy_read_struct(&png, &info, nullptr);
+            return false;
+        }
     }
     if (type == PNG_COLOR_TYPE_PALETTE) png_set_palette_to_rgb(png);
     if (type == PNG_COLOR_TYPE_GRAY_ALPHA) png_set_strip_alpha(png);
@@ -200,11 +202,13 @@ bool readJpegFile(FILE* file, Picture* out, JpegError* err) {
         jpeg_destroy_decompress(&cinfo);
         return false;
     }
-    const std::string tooLarge = sizeProblem(cinfo.image_width, cinfo.image_height);
-    if (!tooLarge.empty()) {
-        std::snprintf(err->message, sizeof err->message, "%s", tooLarge.c_str());
-        jpeg_destroy_decompress(&cinfo);
-        return false;
+    {  // scoped: no C++ object may be alive when libjpeg jumps back
+        const std::string tooLarge = sizeProblem(cinfo.image_width, cinfo.image_height);
+        if (!tooLarge.empty()) {
+            std::snprintf(err->message, sizeof err->message, "%s", tooLarge.c_str());
+            jpeg_destroy_decompress(&cinfo);
+            return false;
+        }
     }
     cinfo.out_color_space = cinfo.jpeg_color_space == JCS_GRAYSCALE ? JCS_GRAYSCALE : JCS_RGB;
     jpeg_start_decompress(&cinfo);
