@@ -83,6 +83,7 @@ Args parseArgs(int argc, char** argv, const char* usage, const std::vector<Optio
             std::exit(0);
         } else if (c == 'o') {
             args.outDir = optarg;
+            args.outGiven = true;
         } else if (c == 'r') {
             const std::string mode = optarg ? optarg : "pfm";
             if (mode == "pfm") args.raw = Raw::Pfm;
@@ -145,7 +146,7 @@ double timeMs(const std::function<void()>& f) {
 int runBatch(const Args& args, const std::function<double(const std::string& path)>& each) {
     const std::vector<std::string> inputs = expandInputs(args.inputs);
     if (inputs.empty()) fail("no input images given (try --help)");
-    prepareOutputDir(args.outDir);
+    if (!args.outDir.empty()) prepareOutputDir(args.outDir);
     int failed = 0;
     double total = 0;
     for (size_t i = 0; i < inputs.size(); ++i) {

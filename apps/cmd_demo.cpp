@@ -164,7 +164,7 @@ int runDemo(int argc, char** argv) {
                                 {{"input", true, "a photograph to use instead of the generated scene"}}, true, true);
     if (!args.inputs.empty()) fail("unexpected argument '" + args.inputs[0] + "' (a photograph is given with --input)");
     Demo demo;
-    demo.outDir = args.outDir == "." && !args.has("out") ? "zeqcv-demo-out" : args.outDir;
+    demo.outDir = args.outGiven ? args.outDir : "zeqcv-demo-out";
     demo.raw = args.raw;
     std::string source;
     if (args.has("input")) {

@@ -101,7 +101,8 @@ struct Option {
 struct Args {
     std::string command;
     std::vector<std::string> inputs;
-    std::string outDir = ".";
+    std::string outDir = ".";  // empty: the command writes no files
+    bool outGiven = false;
     Raw raw = Raw::None;
     std::vector<std::pair<std::string, std::string>> values;
 
@@ -123,7 +124,8 @@ Args parseArgs(int argc, char** argv, const char* usage, const std::vector<Optio
 // order; a folder with none fails.
 std::vector<std::string> expandInputs(const std::vector<std::string>& args);
 
-// Runs `each` on every input with a progress line on standard error,
+// Prepares the output folder (unless args.outDir is empty), then runs `each`
+// on every input with a progress line on standard error,
 // "[2/5] name.jpg 3.1 ms" (the time `each` reports), and a summary; a failure
 // is reported and the batch goes on. Returns the exit status (1 if any failed).
 int runBatch(const Args& args, const std::function<double(const std::string& path)>& each);

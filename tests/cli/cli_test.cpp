@@ -80,8 +80,9 @@ TEST_F(Cli, StatsPrintTheLibrarysMeanMinMaxAndNorms) {
     tool::writePng(path("mask.png"), mask);
     const auto grey = greyOf(path("s.png"));
     for (bool masked : {false, true}) {
-        const auto r = run("stats '" + path("s.png") + "'" + (masked ? " --mask '" + path("mask.png") + "'" : ""));
+        const auto r = run("cd '" + dir + "' && " ZEQCV_TOOL " stats s.png" + (masked ? " --mask mask.png" : ""), false);
         ASSERT_EQ(0, r.status) << r.err;
+        EXPECT_EQ("mask.png s.png ", listing(dir)) << "stats writes nothing";
         const auto row = statsRow(r.out, "grey");
         ASSERT_EQ(11u, row.size()) << r.out;
         zeqcv::Image<Zeq8u> m(23, 17);

@@ -43,8 +43,10 @@ protected:
 
     std::string path(const std::string& name) const { return dir + "/" + name; }
 
-    Result run(const std::string& args) const {
-        const std::string cmd = std::string(ZEQCV_TOOL) + " " + args + " >'" + path(".out") + "' 2>'" + path(".err") + "'";
+    // The tool with these arguments, or (tool = false) a shell command.
+    Result run(const std::string& args, bool tool = true) const {
+        const std::string cmd = "(" + (tool ? std::string(ZEQCV_TOOL) + " " : std::string()) + args + ") >'" +
+                                path(".out") + "' 2>'" + path(".err") + "'";
         const int raw = std::system(cmd.c_str());
         Result r{WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, slurp(path(".out")), slurp(path(".err"))};
         std::remove(path(".out").c_str());
