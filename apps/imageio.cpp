@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cmath>
 #include <csetjmp>
 #include <cstdio>
 #include <cstring>
@@ -319,7 +320,7 @@ std::string saveFloat(const std::string& pathNoExt, zeqcv::ImageView<const Zeq32
         // Integer results whose range fits 16 bits are stored exactly, offset by lo.
         bool integral = hi - lo <= 65535.0f;
         for (int y = 0; y < image.height() && integral; ++y)
-            for (int x = 0; x < image.width() && integral; ++x) integral = image.at(x, y) == float(int(image.at(x, y)));
+            for (int x = 0; x < image.width() && integral; ++x) integral = image.at(x, y) == std::floor(image.at(x, y));
         const double scale = integral ? 1.0 : (hi > lo ? 65535.0 / (double(hi) - lo) : 0.0);
         Picture p;
         p.width = image.width();

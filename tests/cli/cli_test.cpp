@@ -55,6 +55,15 @@ TEST_F(Cli, GradientRawIsTheFloatSobelAndArctangent) {
             EXPECT_EQ(angle.row(y)[x], ga.row(y)[x]);
             EXPECT_NEAR(std::hypot(dx.row(y)[x], dy.row(y)[x]), gm.row(y)[x], 1e-3);
         }
+    // 16-bit PNG: integer results exactly, offset by their minimum.
+    ASSERT_EQ(0, run("gradient --raw=png16 '" + path("g.png") + "' -o '" + path("o16") + "'").status);
+    const tool::Picture p16 = tool::readPicture(path("o16/g-dx.png"));
+    Zeq32f lo, hi;
+    ZeqiPoint at0, at1;
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiMinMaxIndx_32f_C1R, dx, zeqcv::roi, &lo, &hi, &at0, &at1));
+    ASSERT_EQ(16, p16.depth);
+    for (int y = 0; y < 20; ++y)
+        for (int x = 0; x < 31; ++x) EXPECT_EQ(dx.row(y)[x] - lo, float(p16.row16(y)[x]));
 }
 
 // The row of `name` in the stats table: mean, std dev, min, (x, y), max, (x, y), L1, L2, Inf.
