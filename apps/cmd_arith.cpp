@@ -34,16 +34,22 @@ Norms norms(const zeqcv::Image<Zeq8u>& a, const zeqcv::Image<Zeq8u>& b, const ze
     return n;
 }
 
+// Keeps `image` if it has this size, else makes a new one.
+void ensure(zeqcv::Image<Zeq32f>& image, int w, int h) {
+    if (!image || image.width() != w || image.height() != h) image = newImage<Zeq32f>(w, h);
+}
+
 // Frames over time: running sums of values and squares, and a running average.
+// Set frames to 0 to start again (the images are reused).
 struct Accumulator {
-    zeqcv::Image<Zeq32f> sum, sumSq, running;
+    zeqcv::Image<Zeq32f> sum, sumSq, running, work;
     int frames = 0;
 
     void add(const zeqcv::Image<Zeq8u>& frame, float alpha) {
         if (frames == 0) {
-            sum = newImage<Zeq32f>(frame.width(), frame.height());
-            sumSq = newImage<Zeq32f>(frame.width(), frame.height());
-            running = newImage<Zeq32f>(frame.width(), frame.height());
+            ensure(sum, frame.width(), frame.height());
+            ensure(sumSq, frame.width(), frame.height());
+            ensure(running, frame.width(), frame.height());
             ZEQCV_CHECKED(zeqiSet_32f_C1R, 0.0f, sum, zeqcv::roi);
             ZEQCV_CHECKED(zeqiSet_32f_C1R, 0.0f, sumSq, zeqcv::roi);
             ZEQCV_CHECKED(zeqiConvert_8u32f_C1R, frame, running, zeqcv::roi);  // the average starts at frame 1
@@ -56,11 +62,12 @@ struct Accumulator {
     }
 
     // mean = sum / n; deviation = sqrt(max(0, sumSq / n - mean^2)).
-    void finish(zeqcv::Image<Zeq32f>& mean, zeqcv::Image<Zeq32f>& deviation) const {
+    void finish(zeqcv::Image<Zeq32f>& mean, zeqcv::Image<Zeq32f>& deviation) {
         const int w = sum.width(), h = sum.height();
-        mean = newImage<Zeq32f>(w, h);
-        deviation = newImage<Zeq32f>(w, h);
-        auto sq = newImage<Zeq32f>(w, h);
+        ensure(mean, w, h);
+        ensure(deviation, w, h);
+        ensure(work, w, h);
+        zeqcv::Image<Zeq32f>& sq = work;
         ZEQCV_CHECKED(zeqiCopy_32f_C1R, sum, mean, zeqcv::roi);
         ZEQCV_CHECKED(zeqiMulC_32f_C1IR, 1.0f / float(frames), mean, zeqcv::roi);
         ZEQCV_CHECKED(zeqiCopy_32f_C1R, sumSq, deviation, zeqcv::roi);
@@ -159,10 +166,9 @@ void demoAccumulate(Demo& demo) {
     zeqcv::Image<Zeq32f> mean, deviation;
     demo.time("accumulate " + std::to_string(demo.frames.size()) + " frames",
               "zeqiAdd/AddSquare/AddWeighted_8u32f_C1IR", [&] {
-                  Accumulator fresh;
-                  for (const auto& f : demo.frames) fresh.add(f, 0.3f);
-                  fresh.finish(mean, deviation);
-                  acc = std::move(fresh);
+                  acc.frames = 0;
+                  for (const auto& f : demo.frames) acc.add(f, 0.3f);
+                  acc.finish(mean, deviation);
               });
     demo.save("running-average", acc.running.view());
     demo.save("frame-stddev", deviation.view());
