@@ -7,10 +7,31 @@
  * first pixel of the region, the distance in bytes between rows (the step)
  * and the region size in pixels.
  *
- * Valid C99 and C++.
+ * Common rules, which the family comments below only repeat where they differ:
+ * - Steps are signed byte distances between the starts of two rows; the
+ *   minimum step is width x bytes per pixel (8u/8s 1, 16u/16s 2, 32s/32f 4
+ *   per channel; C3 three channels, C4 and AC4 four). Steps need no
+ *   particular alignment unless a family says so.
+ * - Checks run in this order and the first failure is returned: null
+ *   pointers (zeqStsNullPtr), region size below 1 (zeqStsSize), a step below
+ *   the row (zeqStsStep), a step that is not a whole number of elements where
+ *   the family requires it (zeqStsStepAlign), a channel of interest outside
+ *   1..3 (zeqStsCoi), then the operation's own parameters.
+ * - Masks (suffix M) are 8u images of the region's size with their own step;
+ *   a pixel takes part exactly when its mask byte is non-zero.
+ * - C3C forms process the channel `coi` (1 to 3, 1 being first in memory) of
+ *   an interleaved three-channel image.
+ * - zeqcvStatusString() below names every status.
+ *
+ * Valid C99 and C++. The C++ companion, zeqcv.hpp, adds owners and image views.
  */
 #ifndef ZEQCV_H
 #define ZEQCV_H
+
+/* The version of this header; equal to the major and minor fields of
+ * zeqcvGetLibVersion()'s record of the library it belongs to. */
+#define ZEQCV_VERSION_MAJOR 4
+#define ZEQCV_VERSION_MINOR 1
 
 #include <stddef.h>
 
@@ -77,6 +98,36 @@ enum {
     zeqStsNotSupported  = -9999
 };
 
+/* The name of a status and what it means, as constant text ("unknown status"
+ * for a value the library never returns). Defined here, not in the library. */
+static inline const char* zeqcvStatusString(ZeqStatus status) {
+    switch (status) {
+    case zeqStsOk:           return "zeqStsOk: success";
+    case zeqStsSqrtNegArg:   return "zeqStsSqrtNegArg: warning, a square-root argument had its sign bit set (all outputs written)";
+    case zeqStsDivByZero:    return "zeqStsDivByZero: warning, a divisor or denominator norm was zero (all outputs written)";
+    case zeqStsError:        return "zeqStsError: the operation could not be set up";
+    case zeqStsMemAlloc:     return "zeqStsMemAlloc: a state could not be allocated";
+    case zeqStsBadArg:       return "zeqStsBadArg: a parameter is outside its allowed values";
+    case zeqStsSize:         return "zeqStsSize: a width, height, length or size parameter is out of range";
+    case zeqStsNullPtr:      return "zeqStsNullPtr: a required pointer is null";
+    case zeqStsNoMem:        return "zeqStsNoMem: out of memory";
+    case zeqStsOutOfRange:   return "zeqStsOutOfRange: a point or parameter lies outside its range";
+    case zeqStsDataType:     return "zeqStsDataType: the data-type code is not accepted";
+    case zeqStsStep:         return "zeqStsStep: a step is smaller than the row it must hold";
+    case zeqStsFftOrder:     return "zeqStsFftOrder: the FFT order is outside 0..30";
+    case zeqStsFftFlag:      return "zeqStsFftFlag: the FFT scaling flag is not 1, 2, 4 or 8";
+    case zeqStsContextMatch: return "zeqStsContextMatch: the state or specification does not fit this call";
+    case zeqStsMaskSize:     return "zeqStsMaskSize: the filter mask is smaller than 1x1";
+    case zeqStsAnchor:       return "zeqStsAnchor: the anchor lies outside the mask";
+    case zeqStsCoi:          return "zeqStsCoi: the channel of interest is not 1, 2 or 3";
+    case zeqStsChannel:      return "zeqStsChannel: the channel count is not 1, 3 or 4";
+    case zeqStsDistMetric:   return "zeqStsDistMetric: a distance metric is not positive";
+    case zeqStsStepAlign:    return "zeqStsStepAlign: a step is not a whole number of elements";
+    case zeqStsNotSupported: return "zeqStsNotSupported: the comparison code is not supported";
+    default:                 return "unknown status";
+    }
+}
+
 /* ---- Data-type codes taken by state creators and buffer-size queries ---- */
 typedef int ZeqDataType;
 
@@ -127,15 +178,42 @@ typedef struct ZeqsFFTSpec_C_32fc ZeqsFFTSpec_C_32fc;
 typedef struct ZeqsFFTSpec_R_32f  ZeqsFFTSpec_R_32f;
 typedef struct ZeqiFFTSpec_R_32f  ZeqiFFTSpec_R_32f;
 
-/* ---- Library ---- */
+/* ---- Library ----
+ * zeqcvGetLibVersion: a pointer to the library's one constant version record,
+ * the same pointer on every call; never write to it or free it. Fields:
+ * major.minor is the interface version (ZEQCV_VERSION_MAJOR/MINOR: a program
+ * built against 4.1 runs with any 4.x, x >= 1), majorBuild and build number
+ * the build, targetCpu is the code of the processor variant ("w7": SSE2, with
+ * AVX2 and AVX-512 kernels chosen at run time), name the library file
+ * ("libzeqcvw7.so"), version the version as text ("v4.1") and buildDate the
+ * date of the build's sources. */
 ZEQ_API const ZeqLibraryVersion* zeqcvGetLibVersion(void);
 
-/* ---- Aligned memory (32-byte aligned; release with zeqsFree) ---- */
+/* ---- Aligned memory (32-byte aligned; release with zeqsFree) ----
+ * zeqsMalloc_8u(len) allocates len bytes, zeqsMalloc_32f(len) len floats, at
+ * an address that is a multiple of 32; the memory is not cleared. len < 1, a
+ * size the machine cannot address, or an exhausted heap give NULL (no status).
+ * zeqsFree(ptr) releases such a block; NULL is ignored. A block must go back
+ * through zeqsFree, never the C library's free, and vice versa. Every state,
+ * specification and temporary buffer of the library comes from here. */
 ZEQ_API Zeq8u*  zeqsMalloc_8u(int len);
 ZEQ_API Zeq32f* zeqsMalloc_32f(int len);
 ZEQ_API void    zeqsFree(void* ptr);
 
-/* ---- Vector helpers ---- */
+/* ---- Vector helpers ----
+ * Contiguous arrays of len elements of the function's type:
+ *   Set: pDst[i] = val            Zero: pDst[i] = 0 (all bits clear)
+ *   Copy: pDst[i] = pSrc[i]       Div: pDst[i] = pSrc2[i] / pSrc1[i]
+ *   Sqr: x = x * x                Sqrt: x = sqrt(x)
+ * Copy's arrays must not overlap; the _I forms work in place. Div's quotient
+ * by a zero divisor (of either sign) is +inf for a positive, -inf for a
+ * negative and NaN for a zero or NaN dividend. Div and Sqrt may take refined
+ * hardware estimates, which can differ from the exact quotient or root in the
+ * last bit.
+ * Statuses: zeqStsNullPtr, then zeqStsSize (len < 1); warnings after all
+ * elements are written: zeqStsDivByZero (Div met a zero divisor),
+ * zeqStsSqrtNegArg (Sqrt met an element with its sign bit set, -0.0 and
+ * negative NaNs included; a negative element gives NaN). */
 ZEQ_API ZeqStatus zeqsSet_8u(Zeq8u val, Zeq8u* pDst, int len);
 ZEQ_API ZeqStatus zeqsZero_8u(Zeq8u* pDst, int len);
 ZEQ_API ZeqStatus zeqsZero_16s(Zeq16s* pDst, int len);
@@ -148,7 +226,37 @@ ZEQ_API ZeqStatus zeqsDiv_32f(const Zeq32f* pSrc1, const Zeq32f* pSrc2, Zeq32f* 
 ZEQ_API ZeqStatus zeqsSqr_32f_I(Zeq32f* pSrcDst, int len);
 ZEQ_API ZeqStatus zeqsSqrt_32f_I(Zeq32f* pSrcDst, int len);
 
-/* ---- Image primitives ---- */
+/* ---- Image primitives ----
+ * Whole-region operations on one image or two of the same size:
+ *   Copy: dst = src (C1, C3, C4; AC4 copies three channels of four and leaves
+ *     the destination's fourth alone)   Set: dst = value
+ *   Convert: dst = (float)src, exact    AddC/SubC/MulC: x = x + v, x - v, x * v
+ *   Add/Sub: srcDst = srcDst + src, srcDst - src     Sqr/Sqrt: x = x*x, sqrt(x)
+ *   Div: dst = src2 / src1 (C1IR: srcDst = srcDst / src), as zeqsDiv_32f
+ *   Sum: *pSum = sum of the pixels; Mean: that sum / (width x height);
+ *   Norm_L2: *pValue = sqrt(sum of squares); all three in double. With hint
+ *     zeqAlgHintAccurate the sum runs in double precision in the function
+ *     itself; other hints may take a faster kernel (also double).
+ *   Threshold(cmpOp zeqCmpLess): dst = max(src, threshold), i.e. values below
+ *     become the threshold; zeqCmpGreater: dst = min(src, threshold). A NaN
+ *     source gives the threshold. Threshold_Val replaces values strictly
+ *     beyond the threshold by `value` (equal values and NaNs stay). The LT
+ *     forms are zeqCmpLess; their C1IR forms work in place.
+ *   CopyReplicateBorder: the source goes to (leftBorderWidth, topBorderHeight)
+ *     of the destination, and every destination pixel outside it copies the
+ *     nearest source pixel (rows: edge pixels repeated; then whole rows).
+ * Steps: these primitives serve padded work arrays, so a step is only
+ * required to be at least 1 (zeqStsStep), never checked against the width.
+ * Sqr and Sqrt of float images advance rows by the step rounded down to a
+ * multiple of 4. In place: the IR forms; Copy, Convert and Threshold may not
+ * overlap partially.
+ * Statuses: zeqStsNullPtr, zeqStsSize, zeqStsStep (step < 1), then
+ * zeqStsNotSupported for a threshold code other than 0 or 4 (Threshold_Val
+ * tests its code before anything else). Mean checks its result pointer, the
+ * rest through Sum. CopyReplicateBorder tests steps before sizes and returns
+ * zeqStsSize also for a negative border or a destination smaller than source
+ * plus borders. Sqrt may return the warning zeqStsSqrtNegArg, Div
+ * zeqStsDivByZero (see the vector helpers). */
 ZEQ_API ZeqStatus zeqiCopy_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep, ZeqiSize roiSize);
 ZEQ_API ZeqStatus zeqiCopy_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep, ZeqiSize roiSize);
 ZEQ_API ZeqStatus zeqiCopy_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep, ZeqiSize roiSize);
@@ -199,7 +307,17 @@ ZEQ_API ZeqStatus zeqiCopyReplicateBorder_32s_C3R(const Zeq32s* pSrc, int srcSte
 ZEQ_API ZeqStatus zeqiCopyReplicateBorder_32s_C4R(const Zeq32s* pSrc, int srcStep, ZeqiSize srcRoiSize,
         Zeq32s* pDst, int dstStep, ZeqiSize dstRoiSize, int topBorderHeight, int leftBorderWidth);
 
-/* ---- Absolute difference ---- */
+/* ---- Absolute difference ----
+ *   AbsDiff:  dst = |src1 - src2|      AbsDiffC: dst = |src - value|
+ * Types 8u, 16u (exact) and 32f (the float difference rounded, then its sign
+ * bit cleared: -0.0 gives +0.0, a NaN stays NaN). The integer constant is
+ * clamped to the type's range (8u 0..255, 16u 0..65535), never rejected.
+ * In place: pDst may equal a source with the same step; partial overlap is
+ * not supported.
+ * Steps: at least width x element size. 32f steps must be multiples of 4
+ * (zeqStsStepAlign); 16u steps need not be even: rows advance by step/2
+ * elements, rounded down.
+ * Statuses: zeqStsNullPtr, zeqStsSize, zeqStsStep, zeqStsStepAlign (32f). */
 ZEQ_API ZeqStatus zeqiAbsDiff_8u_C1R(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
         Zeq8u* pDst, int dstStep, ZeqiSize roiSize);
 ZEQ_API ZeqStatus zeqiAbsDiff_16u_C1R(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
@@ -214,7 +332,24 @@ ZEQ_API ZeqStatus zeqiAbsDiffC_16u_C1R(const Zeq16u* pSrc, int srcStep, Zeq16u* 
 ZEQ_API ZeqStatus zeqiAbsDiffC_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
         ZeqiSize roiSize, Zeq32f value);
 
-/* ---- Accumulation into 32f images ---- */
+/* ---- Accumulation into 32f images ----
+ * Running sums of frames into a float accumulator acc (pSrcDst), in place:
+ *   Add:         acc = acc + src
+ *   AddSquare:   acc = acc + src * src
+ *   AddProduct:  acc = acc + src1 * src2
+ *   AddWeighted: acc = acc + (src - acc) * alpha   (running average; alpha
+ *                is used as given, usually in [0, 1]; no range is enforced)
+ * Sources 8u, 8s, 16u or 32f, converted to float exactly; each operation is
+ * rounded to float in the order written (8-bit squares and products are exact
+ * integers). Masked forms (C1IMR): where the mask is zero Add, AddSquare and
+ * AddProduct add 0.0 and AddWeighted uses the weight 0 (so an infinite
+ * accumulator value there becomes NaN). A source may not overlap acc.
+ * Steps: sources and mask at least their row, acc at least 4 x width. Float
+ * steps are tested only for oddness: rows advance by step/4 elements rounded
+ * down (16u: step/2), so 4 x width + 2 behaves as 4 x width.
+ * Statuses: zeqStsNullPtr, zeqStsSize, zeqStsStep, zeqStsStepAlign (an odd
+ * float or 16u step; a 16u source step is tested completely before the
+ * other steps). */
 ZEQ_API ZeqStatus zeqiAdd_8u32f_C1IR(const Zeq8u* pSrc, int srcStep,
         Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize);
 ZEQ_API ZeqStatus zeqiAdd_8s32f_C1IR(const Zeq8s* pSrc, int srcStep,
@@ -278,7 +413,21 @@ ZEQ_API ZeqStatus zeqiAddWeighted_16u32f_C1IMR(const Zeq16u* pSrc, int srcStep, 
 ZEQ_API ZeqStatus zeqiAddWeighted_32f_C1IMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
         Zeq32f* pSrcDst, int srcDstStep, ZeqiSize roiSize, Zeq32f alpha);
 
-/* ---- Mean and standard deviation ---- */
+/* ---- Mean and standard deviation ----
+ * Over the n pixels that take part (the region, or where the mask is
+ * non-zero), in double precision:
+ *   mean = S1 / n,   stdDev = sqrt(|S2 / n - mean * mean|)
+ * with S1 the sum and S2 the sum of squares (a population deviation). Types
+ * 8u, 8s, 16u, 32f; C1 or the channel coi of C3 (C3C); whole region (R) or
+ * masked (MR). An empty mask gives 0.0 and 0.0 with zeqStsOk. The masked 8-bit
+ * Mean sums in 32-bit integers: a sum above 2^31 - 1 wraps. The 32f C1R form
+ * recomputes the deviation in a second pass when the one-pass value has lost
+ * precision (a large mean against a small spread).
+ * pMean and pStdDev of Mean_StdDev may be NULL (that result is skipped); the
+ * masked Mean requires pMean.
+ * Steps: at least width x bytes x channels (mask: width); 32f steps must be
+ * even (zeqStsStepAlign).
+ * Statuses: zeqStsNullPtr, zeqStsSize, zeqStsStep, zeqStsStepAlign, zeqStsCoi. */
 ZEQ_API ZeqStatus zeqiMean_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
         ZeqiSize roiSize, Zeq64f* pMean);
 ZEQ_API ZeqStatus zeqiMean_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
@@ -328,7 +477,17 @@ ZEQ_API ZeqStatus zeqiMean_StdDev_16u_C3CMR(const Zeq16u* pSrc, int srcStep, con
 ZEQ_API ZeqStatus zeqiMean_StdDev_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
         ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev);
 
-/* ---- Minimum and maximum with positions ---- */
+/* ---- Minimum and maximum with positions ----
+ * The smallest and largest value of the pixels that take part, as floats
+ * (integer values exactly), and their positions {x, y} relative to the
+ * region's top-left pixel. Ties go to the first occurrence in row order (the
+ * topmost row, then the leftmost pixel). An empty mask gives 0, 0 and (0, 0).
+ * Types 8u, 8s, 16u, 32f; C1 or C3C; whole region or masked. The four result
+ * pointers are required and are not checked. NaN pixels of 32f images give
+ * unspecified results.
+ * Steps as for the mean (32f steps must be even).
+ * Statuses: zeqStsNullPtr (source, mask), zeqStsSize, zeqStsStep,
+ * zeqStsStepAlign, zeqStsCoi. */
 ZEQ_API ZeqStatus zeqiMinMaxIndx_8u_C1R(const Zeq8u* pSrc, int srcStep,
         ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
         ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
@@ -378,7 +537,21 @@ ZEQ_API ZeqStatus zeqiMinMaxIndx_32f_C3CMR(const Zeq32f* pSrc, int srcStep, cons
         ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,
         ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex);
 
-/* ---- Norms, difference norms and relative norms ---- */
+/* ---- Norms, difference norms and relative norms ----
+ * Under a mask (MR), over the pixels whose mask byte is non-zero, result in
+ * double through pNorm:
+ *   Norm:     Inf = max |a|,  L1 = sum |a|,  L2 = sqrt(sum a^2)    (a = src)
+ *   NormDiff: the same of a = src1 - src2
+ *   NormRel:  NormDiff / Norm of src2 over the same pixels; for L2 the ratio
+ *             of the sums of squares is taken before the one square root.
+ * Types 8u, 8s, 16u, 32f; C1 or C3C. Integer sums are exact (the 8u L1 norm
+ * sums in 32 bits and wraps above 2^31 - 1); 32f differences are rounded to
+ * float first. An empty mask gives 0 (Norm, NormDiff).
+ * Steps as for the mean (32f steps must be even).
+ * Statuses: zeqStsNullPtr, zeqStsSize, zeqStsStep, zeqStsStepAlign,
+ * zeqStsCoi; the relative norms return the warning zeqStsDivByZero when the
+ * denominator norm is zero (empty mask included) and write +inf (numerator
+ * above 0) or NaN (numerator 0). */
 ZEQ_API ZeqStatus zeqiNorm_Inf_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
         ZeqiSize roiSize, Zeq64f* pNorm);
 ZEQ_API ZeqStatus zeqiNorm_Inf_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
@@ -572,7 +745,28 @@ ZEQ_API ZeqStatus zeqiNormRel_L2_32f_C3CMR(const Zeq32f* pSrc1, int src1Step,
         const Zeq32f* pSrc2, int src2Step, const Zeq8u* pMask, int maskStep,
         ZeqiSize roiSize, int coi, Zeq64f* pNorm);
 
-/* ---- Fixed 3x3 derivative filters ---- */
+/* ---- Fixed 3x3 derivative filters ----
+ * Correlation of the region with a 3x3 kernel, the outer product of a
+ * horizontal factor h (along the row, columns x-1, x, x+1) and a vertical
+ * factor v (rows y-1, y, y+1): dst(x, y) = sum v[j] h[i] src(x-1+i, y-1+j).
+ *   Sobel3x3_Dx   h = (-1, 0, 1)  v = (1, 2, 1)     D2x  h = (1,-2, 1) v = (1, 2, 1)
+ *   Sobel3x3_Dy   h = (1, 2, 1)   v = (-1, 0, 1)    D2y  h = (1, 2, 1) v = (1,-2, 1)
+ *   Sobel3x3_DxDy h = (-1, 0, 1)  v = (-1, 0, 1)
+ *   Scharr_Dx     h = (-1, 0, 1)  v = (3, 10, 3)    Scharr_Dy: transposed
+ * A first derivative is positive where values grow to the right or downwards
+ * (the next row in memory); origin 1 (rows stored bottom-up) negates the
+ * vertical difference. Scharr results are shifted right by scaleShift bits
+ * (integers, rounding towards minus infinity) or multiplied by 2^-scaleShift
+ * (floats). Pixels outside the region are replaced by the nearest region
+ * pixel: nothing outside the region is read and no border is needed.
+ * Types: 8u16s and 8s16s (exact sums, at most 1020 in magnitude for Sobel
+ * first derivatives, 4080 before the shift for Scharr), 32f (float sums).
+ * The destination must not overlap the source.
+ * Steps: source at least its row, destination at least 2 x width (16s) or
+ * 4 x width (32f); a destination step (and for 32f a source step) must be
+ * even.
+ * Statuses: zeqStsNullPtr, zeqStsSize, zeqStsStep, zeqStsStepAlign, then
+ * zeqStsBadArg for origin not 0 or 1 or a negative scaleShift. */
 ZEQ_API ZeqStatus zeqiSobel3x3_Dx_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
         ZeqiSize roi);
 ZEQ_API ZeqStatus zeqiSobel3x3_Dx_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep,
@@ -620,9 +814,31 @@ ZEQ_API ZeqStatus zeqiScharr_Dy_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f*
 /* (conv: declarations to come) */
 
 /* ---- Fast arctangent: angles of (pSrcX[i], pSrcY[i]) in degrees ---- */
+/* pDst[i] = atan2(pSrcY[i], pSrcX[i]) in degrees, in [0, 360), approximated by
+ * a quadratic to within about 0.15 degree: vectors along the positive x axis
+ * give -0.1405 rather than 0, and (0, 0) gives the same. len elements of
+ * contiguous, possibly unaligned floats; nothing beyond len is read or written.
+ * pDst may be one of the sources (element-wise, in place).
+ * Statuses: zeqStsNullPtr, zeqStsSize (len < 1). */
 ZEQ_API ZeqStatus zeqibFastArctan_32f(const Zeq32f* pSrcY, const Zeq32f* pSrcX, Zeq32f* pDst, int len);
 
-/* ---- Canny edge detector ---- */
+/* ---- Canny edge detector ----
+ * Edges from the caller's derivative images dx and dy (for example the Sobel
+ * filters above): magnitude m = |dx| + |dy| (L1), quantised to four directions;
+ * pixels whose m is not above lowThresh are dropped, the rest are thinned to
+ * the maxima along their gradient direction, and a thinned pixel is an edge
+ * (255, others 0) when it is 8-connected through thinned pixels to one with m
+ * above highThresh. Thresholds are in the units of m (for 3x3 Sobel
+ * derivatives of 8-bit images, 0 to 2040).
+ * pBuffer: a work buffer of at least zeqiCannyGetSize(roiSize) bytes, any
+ * alignment (13 x (width + 2) x (height + 2) + 64); its size is not checked.
+ * Types: 16s or 32f derivatives, 8u result. The result must not overlap the
+ * derivatives.
+ * Steps: derivatives at least 2 x width (16s) or 4 x width (32f), and even;
+ * result at least width.
+ * Statuses: zeqStsNullPtr, zeqStsSize, zeqStsStep, zeqStsStepAlign, then
+ * zeqStsBadArg for lowThresh < 0 or highThresh < lowThresh (NaN fails both).
+ * zeqiCannyGetSize: zeqStsNullPtr, zeqStsSize. */
 ZEQ_API ZeqStatus zeqiCannyGetSize(ZeqiSize roiSize, int* pBufferSize);
 ZEQ_API ZeqStatus zeqiCanny_16s8u_C1R(const Zeq16s* pSrcDx, int srcDxStep, const Zeq16s* pSrcDy, int srcDyStep,
         Zeq8u* pDstEdges, int dstEdgeStep, ZeqiSize roiSize, Zeq32f lowThresh, Zeq32f highThresh,
@@ -856,6 +1072,26 @@ ZEQ_API ZeqStatus zeqiSampleLine_32f_C3R(const Zeq32f* pSrc, int srcStep, ZeqiSi
         ZeqiPoint pt1, ZeqiPoint pt2);
 
 /* ---- One-dimensional FFT (length 2^order) ---- */
+/* N = 2^order points, order 0 to 30.
+ *   forward  X[k] = sum_j x[j] exp(-2 pi i j k / N)
+ *   inverse  x[j] = sum_k X[k] exp(+2 pi i j k / N)
+ * scaled as the InitAlloc flag says: zeqFftScaleFwdByN (forward / N),
+ * zeqFftScaleInvByN (inverse / N), zeqFftScaleBySqrtN (both / sqrt(N)),
+ * zeqFftScaleNone. hint is kept but not used. A specification is created by
+ * InitAlloc, released by the matching Free, read-only in between: any number
+ * of threads may use one at once, each with its own buffer.
+ * Complex transforms take N Zeq32fc values. Real transforms take N reals and
+ * give the Pack spectrum of N floats: R0, R1, I1, ..., R(N/2-1), I(N/2-1),
+ * R(N/2) (for N = 2: R0, R1; for N = 1 the sample itself).
+ * pBuffer: at least GetBufSize bytes, any alignment, or NULL to let the call
+ * allocate (and free) its own. Source and destination may be the same array;
+ * otherwise they must not overlap. The inverse real transform never writes
+ * its source.
+ * Statuses: zeqStsNullPtr (the specification is checked before the data),
+ * zeqStsFftOrder (order outside 0..30), zeqStsFftFlag (flag not 1, 2, 4, 8),
+ * zeqStsContextMatch (a complex specification given to a real function or
+ * the reverse, or a freed one), zeqStsNoMem. A failed InitAlloc leaves
+ * *ppSpec unchanged and frees what it made. */
 ZEQ_API ZeqStatus zeqsFFTInitAlloc_C_32fc(ZeqsFFTSpec_C_32fc** ppSpec, int order, int flag, int hint);
 ZEQ_API ZeqStatus zeqsFFTInitAlloc_R_32f(ZeqsFFTSpec_R_32f** ppSpec, int order, int flag, int hint);
 ZEQ_API ZeqStatus zeqsFFTFree_C_32fc(ZeqsFFTSpec_C_32fc* pSpec);
@@ -873,6 +1109,21 @@ ZEQ_API ZeqStatus zeqsFFTInv_PackToR_32f(const Zeq32f* pSrc, Zeq32f* pDst, const
         Zeq8u* pBuffer);
 
 /* ---- Two-dimensional real FFT and packed spectra ---- */
+/* The spectrum of a W x H float image, W = 2^orderX, H = 2^orderY (0..30):
+ *   F(u, v) = sum_x,y f(x, y) exp(-2 pi i (u x / W + v y / H))
+ * held in the 2-D Pack layout (W x H floats): every row is laid out like a
+ * 1-D Pack of length W, columns 0 and W-1 like 1-D Packs of length H:
+ *   column 0 (and W-1): the 1-D Pack along v of F(0, v) (and of F(W/2, v));
+ *   columns 2k-1, 2k, every row v: Re F(k, v), Im F(k, v), k = 1..W/2-1.
+ * Scaling flags as for the 1-D transforms, applied per direction (FwdByN
+ * divides by W x H in total). pBuffer as for the 1-D transforms
+ * (zeqiFFTGetBufSize_R_32f, or NULL). Steps only need to be at least 1; the
+ * caller gives rows of at least W floats. The inverse never writes its source.
+ * zeqiMulPack_32f_C1IR: pSrcDst = pSrcDst x pSrc element by element in the
+ * 2-D Pack sense (real entries as reals, Re/Im pairs as complex numbers), for
+ * any region size; it checks steps (< 1: zeqStsStep) before the size.
+ * Statuses: zeqStsNullPtr, zeqStsContextMatch, zeqStsStep, zeqStsSize,
+ * zeqStsFftOrder, zeqStsFftFlag, zeqStsNoMem, as for the 1-D transforms. */
 ZEQ_API ZeqStatus zeqiFFTInitAlloc_R_32f(ZeqiFFTSpec_R_32f** ppSpec, int orderX, int orderY, int flag, int hint);
 ZEQ_API ZeqStatus zeqiFFTFree_R_32f(ZeqiFFTSpec_R_32f* pSpec);
 ZEQ_API ZeqStatus zeqiFFTGetBufSize_R_32f(const ZeqiFFTSpec_R_32f* pSpec, int* pSize);

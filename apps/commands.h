@@ -1,0 +1,29 @@
+// The subcommands, each defined in its cmd_<family>.cpp and listed in the
+// table of main.cpp: run(argc, argv) gets the arguments after `zeqcv`
+// (argv[0] is the subcommand), demo(Demo&) adds the family's step to
+// `zeqcv demo`.
+#ifndef ZEQCV_COMMANDS_H
+#define ZEQCV_COMMANDS_H
+
+#include "tool.h"
+
+namespace tool {
+
+int runDemo(int argc, char** argv);                                    // cmd_demo.cpp
+int runVersion(int argc, char** argv);                                 // main.cpp
+int runDiff(int argc, char** argv);                                    // cmd_arith.cpp
+void demoDiff(Demo& demo);
+int runAccumulate(int argc, char** argv);                              // cmd_arith.cpp
+void demoAccumulate(Demo& demo);
+int runStats(int argc, char** argv);                                   // cmd_stats.cpp
+void demoStats(Demo& demo);
+int runGradient(int argc, char** argv);                                // cmd_edges.cpp
+void demoGradient(Demo& demo);
+int runEdges(int argc, char** argv);                                   // cmd_edges.cpp
+void demoEdges(Demo& demo);
+int runSpectrum(int argc, char** argv);                                // cmd_spectrum.cpp
+void demoSpectrum(Demo& demo);
+
+}  // namespace tool
+
+#endif  // ZEQCV_COMMANDS_H

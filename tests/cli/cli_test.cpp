@@ -1,0 +1,214 @@
+// Each subcommand's files and printed numbers next to the library functions
+// it calls, on the same pixels.
+#include "clitest.h"
+
+#include <cmath>
+#include <complex>
+
+namespace {
+
+using clitest::Cli;
+
+// The grey image the tool works on, from the file it read.
+zeqcv::Image<Zeq8u> greyOf(const std::string& path) { return tool::grey8(tool::readPicture(path)); }
+
+TEST_F(Cli, EdgesOfAJpegPhotographAreCannyOfSobel) {
+    clitest::writeJpeg(path("photo.jpg"), clitest::scene(67, 45, 3));
+    const auto r = run("edges '" + path("photo.jpg") + "' --low 30 --high 90 --out '" + path("out") + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    EXPECT_NE(std::string::npos, r.err.find("[1/1] " + path("photo.jpg")));
+
+    const auto grey = greyOf(path("photo.jpg"));
+    zeqcv::Image<Zeq16s> dx(67, 45), dy(67, 45);
+    zeqcv::Image<Zeq8u> expected(67, 45);
+    zeqcv::Buffer<Zeq8u> buf;
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiSobel3x3_Dx_8u16s_C1R, grey, dx, zeqcv::roi));
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiSobel3x3_Dy_8u16s_C1R, grey, dy, 0, zeqcv::roi));
+    ASSERT_EQ(zeqStsOk, buf.sized(zeqiCannyGetSize, grey.size()));
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiCanny_16s8u_C1R, dx, dy, expected, zeqcv::roi, 30.0f, 90.0f, buf.data()));
+    const auto got = greyOf(path("out/photo-edges.png"));
+    int edges = 0;
+    for (int y = 0; y < 45; ++y)
+        for (int x = 0; x < 67; ++x) {
+            ASSERT_EQ(expected.row(y)[x], got.row(y)[x]) << x << "," << y;
+            edges += got.row(y)[x] == 255;
+        }
+    EXPECT_GT(edges, 50);
+}
+
+TEST_F(Cli, GradientRawIsTheFloatSobelAndArctangent) {
+    tool::writePng(path("g.png"), clitest::scene(31, 20, 1));
+    const auto r = run("gradient --raw '" + path("g.png") + "' -o '" + path("o") + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    const auto grey = greyOf(path("g.png"));
+    zeqcv::Image<Zeq32f> f(31, 20), dx(31, 20), dy(31, 20), angle(31, 20);
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiConvert_8u32f_C1R, grey, f, zeqcv::roi));
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiSobel3x3_Dx_32f_C1R, f, dx, zeqcv::roi));
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiSobel3x3_Dy_32f_C1R, f, dy, 0, zeqcv::roi));
+    for (int y = 0; y < 20; ++y) ASSERT_EQ(zeqStsOk, zeqibFastArctan_32f(dy.row(y), dx.row(y), angle.row(y), 31));
+    const auto gx = clitest::readPfm(path("o/g-dx.pfm")), ga = clitest::readPfm(path("o/g-direction.pfm"));
+    const auto gm = clitest::readPfm(path("o/g-magnitude.pfm"));
+    ASSERT_TRUE(gx && ga && gm);
+    for (int y = 0; y < 20; ++y)
+        for (int x = 0; x < 31; ++x) {
+            EXPECT_EQ(dx.row(y)[x], gx.row(y)[x]);
+            EXPECT_EQ(angle.row(y)[x], ga.row(y)[x]);
+            EXPECT_NEAR(std::hypot(dx.row(y)[x], dy.row(y)[x]), gm.row(y)[x], 1e-3);
+        }
+    // 16-bit PNG: integer results exactly, offset by their minimum.
+    ASSERT_EQ(0, run("gradient --raw=png16 '" + path("g.png") + "' -o '" + path("o16") + "'").status);
+    const tool::Picture p16 = tool::readPicture(path("o16/g-dx.png"));
+    Zeq32f lo, hi;
+    ZeqiPoint at0, at1;
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiMinMaxIndx_32f_C1R, dx, zeqcv::roi, &lo, &hi, &at0, &at1));
+    ASSERT_EQ(16, p16.depth);
+    for (int y = 0; y < 20; ++y)
+        for (int x = 0; x < 31; ++x) EXPECT_EQ(dx.row(y)[x] - lo, float(p16.row16(y)[x]));
+}
+
+// The row of `name` in the stats table: mean, std dev, min, (x, y), max, (x, y), L1, L2, Inf.
+std::vector<double> statsRow(const std::string& out, const std::string& name) {
+    std::istringstream lines(out);
+    std::string line;
+    while (std::getline(lines, line)) {
+        std::istringstream words(line);
+        std::string first;
+        words >> first;
+        if (first != name) continue;
+        std::vector<double> v;
+        for (std::string w; words >> w;) v.push_back(std::atof(w.c_str() + (w[0] == '(' ? 1 : 0)));
+        return v;
+    }
+    return {};
+}
+
+TEST_F(Cli, StatsPrintTheLibrarysMeanMinMaxAndNorms) {
+    tool::writePng(path("s.png"), clitest::scene(23, 17, 1));
+    tool::Picture mask = clitest::scene(23, 17, 1);
+    for (size_t i = 0; i < mask.bytes.size(); ++i) mask.bytes[i] = i % 3 ? 255 : 0;
+    tool::writePng(path("mask.png"), mask);
+    const auto grey = greyOf(path("s.png"));
+    for (bool masked : {false, true}) {
+        const auto r = run("cd '" + dir + "' && " ZEQCV_TOOL " stats s.png" + (masked ? " --mask mask.png" : ""), false);
+        ASSERT_EQ(0, r.status) << r.err;
+        EXPECT_EQ("mask.png s.png ", listing(dir)) << "stats writes nothing";
+        const auto row = statsRow(r.out, "grey");
+        ASSERT_EQ(11u, row.size()) << r.out;
+        zeqcv::Image<Zeq8u> m(23, 17);
+        for (int y = 0; y < 17; ++y)
+            for (int x = 0; x < 23; ++x) m.row(y)[x] = masked ? mask.row8(y)[x] : 255;
+        double mean, dev, l2;
+        Zeq32f lo, hi;
+        ZeqiPoint at0, at1;
+        if (masked) ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiMean_StdDev_8u_C1MR, grey, m, zeqcv::roi, &mean, &dev));
+        else ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiMean_StdDev_8u_C1R, grey, zeqcv::roi, &mean, &dev));
+        ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiMinMaxIndx_8u_C1MR, grey, m, zeqcv::roi, &lo, &hi, &at0, &at1));
+        ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiNorm_L2_8u_C1MR, grey, m, zeqcv::roi, &l2));
+        EXPECT_NEAR(mean, row[0], 5e-7);
+        EXPECT_NEAR(dev, row[1], 5e-7);
+        EXPECT_EQ(std::vector<double>({lo, double(at0.x), double(at0.y), hi, double(at1.x), double(at1.y)}),
+                  std::vector<double>(row.begin() + 2, row.begin() + 8));
+        EXPECT_NEAR(l2, row[9], 1e-4);
+    }
+}
+
+TEST_F(Cli, StatsOfColourAndSixteenBitImagesUseTheirChannels) {
+    tool::writePng(path("c16.png"), clitest::scene(9, 7, 3, 16));
+    const auto r = run("stats '" + path("c16.png") + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    const tool::Picture p = tool::readPicture(path("c16.png"));
+    zeqcv::ImageView<const Zeq16u> v(reinterpret_cast<const Zeq16u*>(p.bytes.data()), int(p.rowBytes()), {9, 7}, 3);
+    const char* names[] = {"R", "G", "B"};
+    for (int coi = 1; coi <= 3; ++coi) {
+        double mean, dev;
+        ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiMean_StdDev_16u_C3CR, v, zeqcv::roi, coi, &mean, &dev));
+        const auto row = statsRow(r.out, names[coi - 1]);
+        ASSERT_FALSE(row.empty()) << r.out;
+        EXPECT_NEAR(mean, row[0], 5e-7);
+    }
+}
+
+TEST_F(Cli, SpectrumIsTheCentredLogMagnitudeOfTheDft) {
+    const tool::Picture p = clitest::scene(8, 4, 1);
+    tool::writePng(path("f.png"), p);
+    const auto r = run("spectrum --raw=pfm '" + path("f.png") + "' -o '" + path("o") + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    const auto s = clitest::readPfm(path("o/f-spectrum.pfm"));
+    ASSERT_TRUE(s && s.width() == 8 && s.height() == 4);
+    const double pi = std::acos(-1.0);
+    for (int v = 0; v < 4; ++v)
+        for (int u = 0; u < 8; ++u) {
+            std::complex<double> F = 0;
+            for (int y = 0; y < 4; ++y)
+                for (int x = 0; x < 8; ++x)
+                    F += double(p.row8(y)[x]) * std::polar(1.0, -2 * pi * (double(u * x) / 8 + double(v * y) / 4));
+            EXPECT_NEAR(std::log1p(std::abs(F)), s.row((v + 2) % 4)[(u + 4) % 8], 1e-4) << u << "," << v;
+        }
+}
+
+TEST_F(Cli, DiffWritesTheAbsoluteDifferenceAndPrintsNorms) {
+    tool::Picture a = clitest::scene(13, 11, 1), b = a;
+    for (size_t i = 0; i < b.bytes.size(); i += 5) b.bytes[i] = uint8_t(255 - b.bytes[i]);
+    tool::writePng(path("a.png"), a);
+    tool::writePng(path("b.png"), b);
+    const auto r = run("diff '" + path("a.png") + "' '" + path("b.png") + "' -o '" + path("o") + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    const auto ga = greyOf(path("a.png")), gb = greyOf(path("b.png")), d = greyOf(path("o/a-b-diff.png"));
+    zeqcv::Image<Zeq8u> expected(13, 11), mask(13, 11);
+    for (int y = 0; y < 11; ++y) std::fill(mask.row(y), mask.row(y) + 13, Zeq8u(1));
+    double l1;
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiAbsDiff_8u_C1R, ga, gb, expected, zeqcv::roi));
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiNormDiff_L1_8u_C1MR, ga, gb, mask, zeqcv::roi, &l1));
+    for (int y = 0; y < 11; ++y)
+        for (int x = 0; x < 13; ++x) ASSERT_EQ(expected.row(y)[x], d.row(y)[x]);
+    EXPECT_EQ(l1, statsRow(r.out, "diff").at(1)) << r.out;
+}
+
+TEST_F(Cli, AccumulateAFolderOfFrames) {
+    ASSERT_EQ(0, std::system(("mkdir '" + path("frames") + "'").c_str()));
+    std::vector<tool::Picture> frames;
+    for (int i = 0; i < 3; ++i) {
+        frames.push_back(clitest::scene(10 + 0 * i, 6, 1));
+        for (auto& b : frames.back().bytes) b = uint8_t(b + 20 * i);
+        tool::writePng(path("frames/f" + std::to_string(i) + ".png"), frames.back());
+    }
+    const auto r = run("accumulate '" + path("frames") + "' --alpha 0.5 --raw -o '" + path("o") + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    EXPECT_NE(std::string::npos, r.err.find("[3/3]")) << r.err;
+    const auto mean = clitest::readPfm(path("o/accumulate-mean.pfm"));
+    const auto running = clitest::readPfm(path("o/accumulate-running.pfm"));
+    ASSERT_TRUE(mean && running);
+    for (int y = 0; y < 6; ++y)
+        for (int x = 0; x < 10; ++x) {
+            const float f0 = frames[0].row8(y)[x], f1 = frames[1].row8(y)[x], f2 = frames[2].row8(y)[x];
+            EXPECT_NEAR((f0 + f1 + f2) / 3, mean.row(y)[x], 1e-4);
+            float acc = f0;
+            acc = acc + (f1 - acc) * 0.5f;
+            acc = acc + (f2 - acc) * 0.5f;
+            EXPECT_EQ(acc, running.row(y)[x]);
+        }
+}
+
+TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
+    clitest::writeJpeg(path("photo.jpg"), clitest::scene(90, 70, 3));
+    for (const std::string& input : {std::string(), " --input '" + path("photo.jpg") + "'"}) {
+        const auto r = run("demo --out '" + path("demo") + "'" + input);
+        ASSERT_EQ(0, r.status) << r.err;
+        EXPECT_NE(std::string::npos, r.out.find("overview.png")) << r.out;
+        for (const char* f : {"overview.png", "edges.png", "spectrum.png", "absdiff.png", "minmax.png", "direction.png"})
+            EXPECT_NO_THROW(tool::readPicture(path("demo/") + f)) << f;
+        for (const auto& name : names(path("demo"))) EXPECT_NE('.', name[0]) << "a temporary file stayed: " << name;
+    }
+}
+
+TEST_F(Cli, VersionAndHelp) {
+    const auto v = run("version");
+    EXPECT_EQ(0, v.status);
+    EXPECT_NE(std::string::npos, v.out.find("libzeqcvw7.so v4.1")) << v.out;
+    const auto h = run("--help");
+    EXPECT_EQ(0, h.status);
+    for (const char* c : {"demo", "diff", "accumulate", "stats", "gradient", "edges", "spectrum", "version"})
+        EXPECT_NE(std::string::npos, h.out.find(std::string("\n  zeqcv ") + c)) << c << " has no example";
+}
+
+}  // namespace
