@@ -1,0 +1,394 @@
+// Strip dilation and erosion, and the minimum and maximum filters, written
+// once over the tier.
+//
+// Everything here is built from two row operations: a fold along a row (the
+// extreme of `count` elements `stride` apart) and a fold across rows (the
+// extreme of the same element of several rows), each over whole registers.
+//
+// The minimum and maximum filters keep the floats' own order of operands,
+// acc = (acc > next) ? acc : next from the left and from the top, which is
+// what the processor's packed maximum computes; so they are bit-exact on
+// every tier, NaN included, without a scalar path.
+//
+// Strip morphology works on an order in which the extreme is associative and
+// commutative, so a mask can be taken apart in any way: 8u as it is, floats as
+// the integer key of their bits, (bits & 0x7fffffff) ^ (bits >> 31), which
+// orders -NaN < -inf < ... < -0 < +0 < ... < +inf < +NaN. Rectangles are
+// separable (a fold along each row, kept in a ring, then a fold across the
+// ring). Other masks fold each column's vertical runs of set elements once
+// per output row (a run that contains a shorter one starts from it), then
+// fold those run results along the row: a 7x7 ellipse costs about 12
+// operations per register instead of 36.
+#include "core/zqcvcore.h"
+#include "core/zqcvregs.h"
+#include "morph/zqcvmorph.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <type_traits>
+
+namespace {
+
+using zq::Isa;
+
+// ---- lane policies: the element kept in the rows and its extreme ----
+
+template <Isa I, class E, bool Max>
+struct Lanes;
+
+template <Isa I, bool Max>
+struct Lanes<I, uint8_t, Max> {
+    using R = zq::Regs<I>;
+    using V = typename R::I;
+    using E = uint8_t;
+    static constexpr int n = R::bytes;
+    static V load(const E* p) { return R::load(p); }
+    static void store(E* p, V v) { R::store(p, v); }
+    static V op(V a, V b) {
+        if constexpr (Max) return R::maxU8(a, b);
+        else return R::minU8(a, b);
+    }
+    static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
+};
+
+// Keys of float bits: signed integers in the floats' total order.
+template <Isa I, bool Max>
+struct Lanes<I, int32_t, Max> {
+    using R = zq::Regs<I>;
+    using V = typename R::I;
+    using E = int32_t;
+    static constexpr int n = R::bytes / 4;
+    static V load(const E* p) { return R::load(p); }
+    static void store(E* p, V v) { R::store(p, v); }
+    static V op(V a, V b) {
+        if constexpr (Max) return R::maxI32(a, b);
+        else return R::minI32(a, b);
+    }
+    static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
+};
+
+// Floats with the accumulator as the first operand: the packed maximum is
+// (a > b) ? a : b, the packed minimum (a < b) ? a : b.
+template <Isa I, bool Max>
+struct Lanes<I, float, Max> {
+    using R = zq::Regs<I>;
+    using V = typename R::F;
+    using E = float;
+    static constexpr int n = R::bytes / 4;
+    static V load(const E* p) { return R::loadf(p); }
+    static void store(E* p, V v) { R::storef(p, v); }
+    static V op(V a, V b) {
+        if constexpr (Max) return R::max(a, b);
+        else return R::min(a, b);
+    }
+    static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
+};
+
+// ---- the two row operations ----
+
+// out[i] = s[i] op s[i + stride] op ... (count elements), i < len. A row
+// shorter than a register goes element by element; otherwise the last
+// register overlaps the one before (out never overlaps s).
+template <class P, class E>
+void foldAlong(const E* s, int len, int stride, int count, E* out) {
+    auto at = [&](int i) {
+        auto acc = P::load(s + i);
+        for (int k = 1; k < count; ++k) acc = P::op(acc, P::load(s + i + ptrdiff_t(k) * stride));
+        P::store(out + i, acc);
+    };
+    if (len >= P::n) {
+        int i = 0;
+        for (; i + P::n <= len; i += P::n) at(i);
+        if (i < len) at(len - P::n);
+        return;
+    }
+    for (int i = 0; i < len; ++i) {
+        E acc = zq::loadu(s + i);
+        for (int k = 1; k < count; ++k) acc = P::op(acc, zq::loadu(s + i + ptrdiff_t(k) * stride));
+        zq::storeu(out + i, acc);
+    }
+}
+
+constexpr int kChunk = 16;
+
+// out = rows[0] op rows[1] op ... (k <= kChunk rows), or out op rows[0] op ...
+// when accumulating. Redoing the overlapped last register gives the same
+// values: folding the same rows into a result a second time changes nothing.
+template <class P, class E>
+void foldChunk(const E* const* rows, int k, E* out, int len, bool accumulate) {
+    auto at = [&](int i) {
+        int j = 0;
+        auto acc = accumulate ? P::load(out + i) : P::load(rows[j++] + i);
+        for (; j < k; ++j) acc = P::op(acc, P::load(rows[j] + i));
+        P::store(out + i, acc);
+    };
+    if (len >= P::n) {
+        int i = 0;
+        for (; i + P::n <= len; i += P::n) at(i);
+        if (i < len) at(len - P::n);
+        return;
+    }
+    for (int i = 0; i < len; ++i) {
+        int j = 0;
+        E acc = accumulate ? zq::loadu(out + i) : zq::loadu(rows[j++] + i);
+        for (; j < k; ++j) acc = P::op(acc, zq::loadu(rows[j] + i));
+        zq::storeu(out + i, acc);
+    }
+}
+
+// Folds any number of rows, in the order they are added, into out.
+template <class P, class E>
+class Folder {
+public:
+    Folder(E* out, int len) : out_(out), len_(len) {}
+    void add(const E* r) {
+        rows_[k_++] = r;
+        if (k_ == kChunk) flush();
+    }
+    void flush() {
+        if (k_ == 0) return;
+        foldChunk<P>(rows_, k_, out_, len_, started_);
+        started_ = true;
+        k_ = 0;
+    }
+
+private:
+    E* out_;
+    int len_;
+    const E* rows_[kChunk];
+    int k_ = 0;
+    bool started_ = false;
+};
+
+// Float bits <-> keys (the map is its own inverse), len elements; in and out
+// may be the same row, and any byte address.
+template <Isa I>
+void flipKeys(const void* in, void* out, int len) {
+    using R = zq::Regs<I>;
+    constexpr int n = R::bytes / 4;
+    auto* s = static_cast<const Zeq8u*>(in);
+    auto* d = static_cast<Zeq8u*>(out);
+    int i = 0;
+    for (; i + n <= len; i += n) {
+        const auto v = R::load(s + 4 * i);
+        R::store(d + 4 * i, R::xori(v, R::srli32(R::srai32(v, 31), 1)));
+    }
+    for (; i < len; ++i) {
+        int32_t v;
+        std::memcpy(&v, s + 4 * i, 4);
+        v ^= int32_t(uint32_t(v >> 31) >> 1);
+        std::memcpy(d + 4 * i, &v, 4);
+    }
+}
+
+// ---- strip morphology ----
+
+// The columns' vertical runs of set mask elements. A run of one element is
+// a ring row itself; longer runs are folded into scratch rows.
+struct MaskPlan {
+    static constexpr int kMaxRuns = 64, kMaxTerms = 256;
+    bool fast = true;
+    int runs = 0;
+    int top[kMaxRuns], len[kMaxRuns], base[kMaxRuns], order[kMaxRuns];
+    int terms = 0;
+    int termDx[kMaxTerms], termRun[kMaxTerms];  // termRun < 0: ring row -termRun - 1
+};
+
+// Runs and terms of the mask; `fast` is cleared when they do not fit the
+// plan or the state's scratch rows, and the fold then takes the set elements
+// one by one. A mask without set elements counts as its anchor alone.
+void planMask(const ZeqiMorphState& s, bool empty, MaskPlan& p) {
+    const int mw = s.maskWidth, mh = s.maskHeight;
+    auto set = [&](int x, int y) {
+        return empty ? (x == s.anchorX && y == s.anchorY) : s.mask[ptrdiff_t(y) * mw + x] != 0;
+    };
+    for (int x = 0; x < mw && p.fast; ++x)
+        for (int y = 0; y < mh && p.fast;) {
+            if (!set(x, y)) {
+                ++y;
+                continue;
+            }
+            int l = 1;
+            while (y + l < mh && set(x, y + l)) ++l;
+            int run = -y - 1;
+            if (l > 1) {
+                run = 0;
+                while (run < p.runs && !(p.top[run] == y && p.len[run] == l)) ++run;
+                if (run == p.runs) {
+                    if (p.runs == MaskPlan::kMaxRuns || p.runs == mh) p.fast = false;
+                    else p.top[p.runs] = y, p.len[p.runs] = l, ++p.runs;
+                }
+            }
+            if (p.terms == MaskPlan::kMaxTerms) p.fast = false;
+            else p.termDx[p.terms] = x, p.termRun[p.terms] = run, ++p.terms;
+            y += l;
+        }
+    if (!p.fast) return;
+    // Shorter runs first; each starts from the longest run it contains.
+    for (int r = 0; r < p.runs; ++r) p.order[r] = r;
+    std::sort(p.order, p.order + p.runs, [&](int u, int v) { return p.len[u] < p.len[v]; });
+    for (int r = 0; r < p.runs; ++r) {
+        p.base[r] = -1;
+        for (int q = 0; q < p.runs; ++q)
+            if (p.len[q] < p.len[r] && p.top[q] >= p.top[r] && p.top[q] + p.len[q] <= p.top[r] + p.len[r] &&
+                (p.base[r] < 0 || p.len[q] > p.len[p.base[r]]))
+                p.base[r] = q;
+    }
+}
+
+template <Isa I, class T, bool Max>
+void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, ZeqiSize* roi, ZeqiMorphState* state,
+                int stripFlag) {
+    using namespace zq;
+    constexpr bool keys = std::is_same<T, Zeq32f>::value;
+    using E = typename std::conditional<keys, int32_t, uint8_t>::type;
+    using P = Lanes<I, E, Max>;
+    const ZeqiMorphState& s = *state;
+    const int c = s.channels, w = roi->width, n = roi->height;
+    const int mw = s.maskWidth, mh = s.maskHeight, ax = s.anchorX, a = s.anchorY, b = s.below;
+    const int len = w * c, extLen = (w + mw - 1) * c;
+    const bool rect = s.kind != kMorphMask;
+    const bool starts = stripFlag == 0 || stripFlag == 1, ends = stripFlag == 0 || stripFlag == 2;
+    auto slot = [&](int k) { return reinterpret_cast<E*>(s.buffer + ptrdiff_t(s.rowBytes) * k); };
+    const size_t slotBytes = size_t(rect ? len : extLen) * sizeof(E);
+
+    MaskPlan plan;
+    bool empty = false;
+    if (!rect) {
+        empty = std::all_of(s.mask, s.mask + ptrdiff_t(mw) * mh, [](Zeq8u v) { return v == 0; });
+        planMask(s, empty, plan);
+    }
+
+    // A source row with its border: ax copies of the first pixel before it,
+    // copies of the last after it, up to mw - 1 pixels in all; floats as keys.
+    auto extend = [&](const T* row, E* ext) {
+        E* mid = ext + ptrdiff_t(ax) * c;
+        if constexpr (keys) flipKeys<I>(row, mid, len);
+        else std::memcpy(mid, row, size_t(len));
+        for (int x = 0; x < ax; ++x) std::memcpy(ext + ptrdiff_t(x) * c, mid, size_t(c) * sizeof(E));
+        for (int x = 0; x < s.right; ++x)
+            std::memcpy(mid + ptrdiff_t(w + x) * c, mid + ptrdiff_t(w - 1) * c, size_t(c) * sizeof(E));
+    };
+
+    // The ring holds the window rows of the next output row, oldest at `first`.
+    int first = 0, count = starts ? 0 : a + b, produced = 0;
+    auto ring = [&](int k) { return slot((first + k) % mh); };
+    auto emit = [&]() {
+        T* out = zq::row(dst, dstStep, produced);
+        Folder<P, E> fold(reinterpret_cast<E*>(out), len);
+        if (rect) {
+            for (int k = 0; k < mh; ++k) fold.add(ring(k));
+        } else if (plan.fast) {
+            for (int q = 0; q < plan.runs; ++q) {
+                const int r = plan.order[q], top = plan.top[r], bottom = top + plan.len[r];
+                Folder<P, E> run(slot(mh + r), extLen);
+                int from = bottom, to = bottom;
+                if (plan.base[r] >= 0) {
+                    run.add(slot(mh + plan.base[r]));
+                    from = plan.top[plan.base[r]], to = from + plan.len[plan.base[r]];
+                }
+                for (int k = top; k < bottom; ++k)
+                    if (k < from || k >= to) run.add(ring(k));
+                run.flush();
+            }
+            for (int t = 0; t < plan.terms; ++t) {
+                const int r = plan.termRun[t];
+                fold.add((r < 0 ? ring(-r - 1) : slot(mh + r)) + ptrdiff_t(plan.termDx[t]) * c);
+            }
+        } else {
+            for (int y = 0; y < mh; ++y)
+                for (int x = 0; x < mw; ++x)
+                    if (empty ? (x == ax && y == a) : s.mask[ptrdiff_t(y) * mw + x] != 0)
+                        fold.add(ring(y) + ptrdiff_t(x) * c);
+        }
+        fold.flush();
+        if constexpr (keys) flipKeys<I>(out, out, len);
+        ++produced;
+        first = (first + 1) % mh;
+        --count;
+    };
+    auto pushRow = [&](const T* row) {
+        E* target = ring(count);
+        if (rect) {
+            E* ext = slot(mh);
+            extend(row, ext);
+            foldAlong<P>(ext, len, c, mw, target);
+        } else {
+            extend(row, target);
+        }
+        if (++count == mh) emit();
+    };
+    auto pushCopy = [&]() {
+        std::memcpy(ring(count), ring(count - 1), slotBytes);
+        if (++count == mh) emit();
+    };
+
+    int y = 0;
+    if (starts) {
+        pushRow(src);  // the rows above the image repeat its first row
+        for (int k = 0; k < a; ++k) pushCopy();
+        y = 1;
+    }
+    for (; y < n; ++y) pushRow(zq::row(src, srcStep, y));
+    if (ends) {
+        for (int k = 0; k < b; ++k) pushCopy();  // and the rows below its last
+    } else if (first != 0) {
+        // The next strip finds the carried window rows in ring order from slot 0.
+        for (int k = 0; k < count; ++k) std::memcpy(slot(mh + k), ring(k), slotBytes);
+        for (int k = 0; k < count; ++k) std::memcpy(slot(k), slot(mh + k), slotBytes);
+    }
+    roi->height = produced;
+}
+
+// ---- minimum and maximum filters ----
+
+}  // namespace
+
+namespace zq {
+
+template <Isa I, class T, bool Max>
+void ownMorphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, ZeqiSize* roi, ZeqiMorphState* state,
+                   int stripFlag) {
+    morphStrip<I, T, Max>(src, srcStep, dst, dstStep, roi, state, stripFlag);
+}
+
+template <Isa I, class T, bool Max>
+ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, ZeqiSize roi, ZeqiSize mask,
+                       ZeqiPoint anchor, int channels) {
+    using P = Lanes<I, T, Max>;
+    const int len = roi.width * channels, mw = mask.width, mh = mask.height;
+    const int64_t pitch = (int64_t(len) + 7) & ~int64_t(7), total = pitch * mh;
+    if (total > INT_MAX / int64_t(sizeof(T))) return zeqStsNoMem;
+    T* buf;
+    if constexpr (sizeof(T) == 1) buf = zeqsMalloc_8u(int(total));
+    else buf = zeqsMalloc_32f(int(total));
+    if (buf == nullptr) return zeqStsNoMem;
+
+    // Source row k of the neighbourhoods, from anchor.y rows above the roi
+    // and anchor.x pixels left of it; ring slot k % mh holds its row pass.
+    const T* first = zq::row(src, srcStep, -anchor.y) - ptrdiff_t(anchor.x) * channels;
+    auto slot = [&](int k) { return buf + ptrdiff_t(k % mh) * pitch; };
+    auto rowPass = [&](int k) { foldAlong<P>(zq::row(first, srcStep, k), len, channels, mw, slot(k)); };
+    for (int k = 0; k < mh - 1; ++k) rowPass(k);
+    for (int y = 0; y < roi.height; ++y) {
+        rowPass(y + mh - 1);
+        Folder<P, T> fold(zq::row(dst, dstStep, y), len);
+        for (int k = 0; k < mh; ++k) fold.add(slot(y + k));
+        fold.flush();
+    }
+    zeqsFree(buf);
+    return zeqStsOk;
+}
+
+#define ZQ_MORPH_INSTANTIATE(T, MAX)                                                                            \
+    template void ownMorphStrip<ZQ_ISA, T, MAX>(const T*, ptrdiff_t, T*, ptrdiff_t, ZeqiSize*, ZeqiMorphState*, \
+                                                int);                                                           \
+    template ZeqStatus ownFilterMax<ZQ_ISA, T, MAX>(const T*, ptrdiff_t, T*, ptrdiff_t, ZeqiSize, ZeqiSize,    \
+                                                    ZeqiPoint, int);
+ZQ_MORPH_INSTANTIATE(Zeq8u, true)
+ZQ_MORPH_INSTANTIATE(Zeq8u, false)
+ZQ_MORPH_INSTANTIATE(Zeq32f, true)
+ZQ_MORPH_INSTANTIATE(Zeq32f, false)
+
+}  // namespace zq
