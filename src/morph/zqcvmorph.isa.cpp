@@ -357,9 +357,10 @@ template <Isa I, class T, bool Max>
 ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, ZeqiSize roi, ZeqiSize mask,
                        ZeqiPoint anchor, int channels) {
     using P = Lanes<I, T, Max>;
-    const int len = roi.width * channels, mw = mask.width, mh = mask.height;
-    const int64_t pitch = (int64_t(len) + 7) & ~int64_t(7), total = pitch * mh;
+    const int mw = mask.width, mh = mask.height;
+    const int64_t pitch = (int64_t(roi.width) * channels + 7) & ~int64_t(7), total = pitch * mh;
     if (total > INT_MAX / int64_t(sizeof(T))) return zeqStsNoMem;
+    const int len = roi.width * channels;
     T* buf;
     if constexpr (sizeof(T) == 1) buf = zeqsMalloc_8u(int(total));
     else buf = zeqsMalloc_32f(int(total));
