@@ -27,6 +27,7 @@
 #include <climits>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -87,54 +88,104 @@ struct Lanes<I, float, Max> {
 
 // ---- the two row operations ----
 
-// out[i] = s[i] op s[i + stride] op ... (count elements), i < len. A row
-// shorter than a register goes element by element; otherwise the last
-// register overlaps the one before (out never overlaps s).
-template <class P, class E>
-void foldAlong(const E* s, int len, int stride, int count, E* out) {
-    auto at = [&](int i) {
-        auto acc = P::load(s + i);
-        for (int k = 1; k < count; ++k) acc = P::op(acc, P::load(s + i + ptrdiff_t(k) * stride));
-        P::store(out + i, acc);
-    };
+// Runs at(i) over 0..len-1 a register at a time; a row shorter than a
+// register goes element by element through one(i). Otherwise the last
+// register overlaps the one before: the operations below give the same
+// values when an element is done twice.
+template <class P, class Vec, class One>
+inline void overRow(int len, Vec at, One one) {
     if (len >= P::n) {
         int i = 0;
         for (; i + P::n <= len; i += P::n) at(i);
         if (i < len) at(len - P::n);
         return;
     }
-    for (int i = 0; i < len; ++i) {
-        E acc = zq::loadu(s + i);
-        for (int k = 1; k < count; ++k) acc = P::op(acc, zq::loadu(s + i + ptrdiff_t(k) * stride));
-        zq::storeu(out + i, acc);
+    for (int i = 0; i < len; ++i) one(i);
+}
+
+// out[i] = s[i] op s[i + stride] op ... (K elements, or count when K is 0),
+// i < len; out never overlaps s.
+template <class P, int K, class E>
+void foldAlongK(const E* s, int len, int stride, int count, E* out) {
+    const int n = K ? K : count;
+    overRow<P>(
+        len,
+        [&](int i) {
+            auto acc = P::load(s + i);
+            for (int k = 1; k < n; ++k) acc = P::op(acc, P::load(s + i + ptrdiff_t(k) * stride));
+            P::store(out + i, acc);
+        },
+        [&](int i) {
+            E acc = zq::loadu(s + i);
+            for (int k = 1; k < n; ++k) acc = P::op(acc, zq::loadu(s + i + ptrdiff_t(k) * stride));
+            zq::storeu(out + i, acc);
+        });
+}
+
+template <class P, class E>
+void foldAlong(const E* s, int len, int stride, int count, E* out) {
+    switch (count) {
+    case 1: return foldAlongK<P, 1>(s, len, stride, count, out);
+    case 2: return foldAlongK<P, 2>(s, len, stride, count, out);
+    case 3: return foldAlongK<P, 3>(s, len, stride, count, out);
+    case 4: return foldAlongK<P, 4>(s, len, stride, count, out);
+    case 5: return foldAlongK<P, 5>(s, len, stride, count, out);
+    case 6: return foldAlongK<P, 6>(s, len, stride, count, out);
+    case 7: return foldAlongK<P, 7>(s, len, stride, count, out);
+    case 8: return foldAlongK<P, 8>(s, len, stride, count, out);
+    case 9: return foldAlongK<P, 9>(s, len, stride, count, out);
+    default: return foldAlongK<P, 0>(s, len, stride, count, out);
     }
 }
 
 constexpr int kChunk = 16;
 
-// out = rows[0] op rows[1] op ... (k <= kChunk rows), or out op rows[0] op ...
-// when accumulating. Redoing the overlapped last register gives the same
-// values: folding the same rows into a result a second time changes nothing.
-template <class P, class E>
-void foldChunk(const E* const* rows, int k, E* out, int len, bool accumulate) {
-    auto at = [&](int i) {
-        int j = 0;
-        auto acc = accumulate ? P::load(out + i) : P::load(rows[j++] + i);
-        for (; j < k; ++j) acc = P::op(acc, P::load(rows[j] + i));
-        P::store(out + i, acc);
-    };
-    if (len >= P::n) {
-        int i = 0;
-        for (; i + P::n <= len; i += P::n) at(i);
-        if (i < len) at(len - P::n);
+// out = rows[0] op rows[1] op ... (K rows), or out op rows[0] op ... when
+// accumulating. Folding the same rows into a result a second time changes
+// nothing, so the overlapped last register is harmless.
+template <class P, int K, class E>
+void foldChunkK(const E* const* rows, E* out, int len, bool accumulate) {
+    const E* r[K];
+    for (int j = 0; j < K; ++j) r[j] = rows[j];
+    if (accumulate) {
+        overRow<P>(
+            len,
+            [&](int i) {
+                auto acc = P::load(out + i);
+                for (int j = 0; j < K; ++j) acc = P::op(acc, P::load(r[j] + i));
+                P::store(out + i, acc);
+            },
+            [&](int i) {
+                E acc = zq::loadu(out + i);
+                for (int j = 0; j < K; ++j) acc = P::op(acc, zq::loadu(r[j] + i));
+                zq::storeu(out + i, acc);
+            });
         return;
     }
-    for (int i = 0; i < len; ++i) {
-        int j = 0;
-        E acc = accumulate ? zq::loadu(out + i) : zq::loadu(rows[j++] + i);
-        for (; j < k; ++j) acc = P::op(acc, zq::loadu(rows[j] + i));
-        zq::storeu(out + i, acc);
-    }
+    overRow<P>(
+        len,
+        [&](int i) {
+            auto acc = P::load(r[0] + i);
+            for (int j = 1; j < K; ++j) acc = P::op(acc, P::load(r[j] + i));
+            P::store(out + i, acc);
+        },
+        [&](int i) {
+            E acc = zq::loadu(r[0] + i);
+            for (int j = 1; j < K; ++j) acc = P::op(acc, zq::loadu(r[j] + i));
+            zq::storeu(out + i, acc);
+        });
+}
+
+template <class P, class E, int... K>
+void foldChunkAny(const E* const* rows, int k, E* out, int len, bool accumulate, std::integer_sequence<int, K...>) {
+    using Fn = void (*)(const E* const*, E*, int, bool);
+    static constexpr Fn table[] = {foldChunkK<P, K + 1, E>...};
+    table[k - 1](rows, out, len, accumulate);
+}
+
+template <class P, class E>
+void foldChunk(const E* const* rows, int k, E* out, int len, bool accumulate) {
+    foldChunkAny<P>(rows, k, out, len, accumulate, std::make_integer_sequence<int, kChunk>());
 }
 
 // Folds any number of rows, in the order they are added, into out.
