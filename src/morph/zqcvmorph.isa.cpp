@@ -188,6 +188,63 @@ void foldChunk(const E* const* rows, int k, E* out, int len, bool accumulate) {
     foldChunkAny<P>(rows, k, out, len, accumulate, std::make_integer_sequence<int, kChunk>());
 }
 
+// Two output rows from K + 1 rows in one pass: mid = rows[1] op ... op
+// rows[K - 1], out0 = rows[0] op mid. The second output is then mid op the
+// next row. For floats this is the sequential fold only when rows 1..K-1
+// hold no NaN, which the caller makes sure of.
+template <class P, int K, class E>
+void foldPairHeadK(const E* const* rows, E* out0, E* mid, int len) {
+    const E* r[K];
+    for (int j = 0; j < K; ++j) r[j] = rows[j];
+    overRow<P>(
+        len,
+        [&](int i) {
+            auto m = P::load(r[1] + i);
+            for (int j = 2; j < K; ++j) m = P::op(m, P::load(r[j] + i));
+            P::store(mid + i, m);
+            P::store(out0 + i, P::op(P::load(r[0] + i), m));
+        },
+        [&](int i) {
+            E m = zq::loadu(r[1] + i);
+            for (int j = 2; j < K; ++j) m = P::op(m, zq::loadu(r[j] + i));
+            zq::storeu(mid + i, m);
+            zq::storeu(out0 + i, P::op(zq::loadu(r[0] + i), m));
+        });
+}
+
+template <class P, class E, int... K>
+void foldPairHeadAny(const E* const* rows, int k, E* out0, E* mid, int len, std::integer_sequence<int, K...>) {
+    using Fn = void (*)(const E* const*, E*, E*, int);
+    static constexpr Fn table[] = {foldPairHeadK<P, K + 2, E>...};
+    table[k - 2](rows, out0, mid, len);
+}
+
+// k rows, 2 <= k <= kChunk.
+template <class P, class E>
+void foldPairHead(const E* const* rows, int k, E* out0, E* mid, int len) {
+    foldPairHeadAny<P>(rows, k, out0, mid, len, std::make_integer_sequence<int, kChunk - 1>());
+}
+
+// Whether a float row holds a NaN.
+template <Isa I>
+bool hasNaN(const float* row, int len) {
+    using R = zq::Regs<I>;
+    constexpr int n = R::bytes / 4;
+    auto ordered = R::casti_f(R::set1_32(-1));
+    int i = 0;
+    for (; i + n <= len; i += n) {
+        const auto v = R::loadf(row + i);
+        ordered = R::andf(ordered, R::cmpeq(v, v));
+    }
+    int32_t lanes[n];
+    R::store(lanes, R::castf_i(ordered));
+    for (int j = 0; j < n; ++j)
+        if (lanes[j] != -1) return true;
+    for (; i < len; ++i)
+        if (row[i] != row[i]) return true;
+    return false;
+}
+
 // Folds any number of rows, in the order they are added, into out.
 template <class P, class E>
 class Folder {
@@ -421,13 +478,36 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
     // and anchor.x pixels left of it; ring slot k % mh holds its row pass.
     const T* first = zq::row(src, srcStep, -anchor.y) - ptrdiff_t(anchor.x) * channels;
     auto slot = [&](int k) { return buf + ptrdiff_t(k % mh) * pitch; };
-    auto rowPass = [&](int k) { foldAlong<P>(zq::row(first, srcStep, k), len, channels, mw, slot(k)); };
+    // Two rows at a time share the fold of the mh - 1 rows they have in
+    // common: always for 8u, for floats when those rows hold no NaN.
+    const bool pairs = mh >= 2 && mh <= kChunk;
+    bool nan[kChunk] = {};
+    auto rowPass = [&](int k) {
+        foldAlong<P>(zq::row(first, srcStep, k), len, channels, mw, slot(k));
+        if constexpr (std::is_same<T, float>::value)
+            if (pairs) nan[k % mh] = hasNaN<I>(slot(k), len);
+    };
     for (int k = 0; k < mh - 1; ++k) rowPass(k);
-    for (int y = 0; y < roi.height; ++y) {
+    const T* rows[kChunk];
+    for (int y = 0; y < roi.height;) {
         rowPass(y + mh - 1);
-        Folder<P, T> fold(zq::row(dst, dstStep, y), len);
-        for (int k = 0; k < mh; ++k) fold.add(slot(y + k));
-        fold.flush();
+        T* out = zq::row(dst, dstStep, y);
+        bool pair = pairs && y + 1 < roi.height;
+        for (int k = 1; k < mh && pair; ++k) pair = !nan[(y + k) % mh];
+        if (pair) {
+            for (int k = 0; k < mh; ++k) rows[k] = slot(y + k);
+            T* next = zq::row(dst, dstStep, y + 1);
+            foldPairHead<P>(rows, mh, out, next, len);
+            rowPass(y + mh);  // into the slot of row y, no longer needed
+            rows[0] = slot(y + mh);
+            foldChunk<P>(rows, 1, next, len, true);
+            y += 2;
+        } else {
+            Folder<P, T> fold(out, len);
+            for (int k = 0; k < mh; ++k) fold.add(slot(y + k));
+            fold.flush();
+            y += 1;
+        }
     }
     zeqsFree(buf);
     return zeqStsOk;
