@@ -188,41 +188,82 @@ void foldChunk(const E* const* rows, int k, E* out, int len, bool accumulate) {
     foldChunkAny<P>(rows, k, out, len, accumulate, std::make_integer_sequence<int, kChunk>());
 }
 
-// Two output rows from K + 1 rows in one pass: mid = rows[1] op ... op
-// rows[K - 1], out0 = rows[0] op mid. The second output is then mid op the
-// next row. For floats this is the sequential fold only when rows 1..K-1
-// hold no NaN, which the caller makes sure of.
+// Two output rows from K + 1 rows share the fold of the K - 1 rows in
+// between. First pass: mid = rows[1] op ... op rows[K - 1], out0 = rows[0]
+// op mid, mid replacing rows[0] (read first, element by element). Second
+// pass: the next row along (the row pass of the row after rows[K - 1]),
+// out1 = mid op next, next replacing mid. For floats this is the sequential
+// fold only when rows 1..K-1 hold no NaN, which the caller makes sure of.
+// The rows are rewritten in place, so tails go element by element.
 template <class P, int K, class E>
-void foldPairHeadK(const E* const* rows, E* out0, E* mid, int len) {
+void pairHeadK(E* const* rows, E* out0, int len) {
     const E* r[K];
     for (int j = 0; j < K; ++j) r[j] = rows[j];
-    overRow<P>(
-        len,
-        [&](int i) {
-            auto m = P::load(r[1] + i);
-            for (int j = 2; j < K; ++j) m = P::op(m, P::load(r[j] + i));
-            P::store(mid + i, m);
-            P::store(out0 + i, P::op(P::load(r[0] + i), m));
-        },
-        [&](int i) {
-            E m = zq::loadu(r[1] + i);
-            for (int j = 2; j < K; ++j) m = P::op(m, zq::loadu(r[j] + i));
-            zq::storeu(mid + i, m);
-            zq::storeu(out0 + i, P::op(zq::loadu(r[0] + i), m));
-        });
+    E* head = rows[0];
+    int i = 0;
+    for (; i + P::n <= len; i += P::n) {
+        const auto first = P::load(r[0] + i);
+        auto m = P::load(r[1] + i);
+        for (int j = 2; j < K; ++j) m = P::op(m, P::load(r[j] + i));
+        P::store(out0 + i, P::op(first, m));
+        P::store(head + i, m);
+    }
+    for (; i < len; ++i) {
+        const E first = r[0][i];
+        E m = r[1][i];
+        for (int j = 2; j < K; ++j) m = P::op(m, r[j][i]);
+        zq::storeu(out0 + i, P::op(first, m));
+        head[i] = m;
+    }
 }
 
 template <class P, class E, int... K>
-void foldPairHeadAny(const E* const* rows, int k, E* out0, E* mid, int len, std::integer_sequence<int, K...>) {
-    using Fn = void (*)(const E* const*, E*, E*, int);
-    static constexpr Fn table[] = {foldPairHeadK<P, K + 2, E>...};
-    table[k - 2](rows, out0, mid, len);
+void pairHeadAny(E* const* rows, int k, E* out0, int len, std::integer_sequence<int, K...>) {
+    using Fn = void (*)(E* const*, E*, int);
+    static constexpr Fn table[] = {pairHeadK<P, K + 2, E>...};
+    table[k - 2](rows, out0, len);
 }
 
 // k rows, 2 <= k <= kChunk.
 template <class P, class E>
-void foldPairHead(const E* const* rows, int k, E* out0, E* mid, int len) {
-    foldPairHeadAny<P>(rows, k, out0, mid, len, std::make_integer_sequence<int, kChunk - 1>());
+void pairHead(E* const* rows, int k, E* out0, int len) {
+    pairHeadAny<P>(rows, k, out0, len, std::make_integer_sequence<int, kChunk - 1>());
+}
+
+template <class P, int K, class E>
+void pairTailK(const E* s, int stride, int count, E* mid, E* out1, int len) {
+    const int n = K ? K : count;
+    int i = 0;
+    for (; i + P::n <= len; i += P::n) {
+        auto acc = P::load(s + i);
+        for (int k = 1; k < n; ++k) acc = P::op(acc, P::load(s + i + ptrdiff_t(k) * stride));
+        P::store(out1 + i, P::op(P::load(mid + i), acc));
+        P::store(mid + i, acc);
+    }
+    for (; i < len; ++i) {
+        E acc = zq::loadu(s + i);
+        for (int k = 1; k < n; ++k) acc = P::op(acc, zq::loadu(s + i + ptrdiff_t(k) * stride));
+        zq::storeu(out1 + i, P::op(mid[i], acc));
+        mid[i] = acc;
+    }
+}
+
+// The second pass: s is the next row, folded along `count` elements
+// `stride` apart.
+template <class P, class E>
+void pairTail(const E* s, int stride, int count, E* mid, E* out1, int len) {
+    switch (count) {
+    case 1: return pairTailK<P, 1>(s, stride, count, mid, out1, len);
+    case 2: return pairTailK<P, 2>(s, stride, count, mid, out1, len);
+    case 3: return pairTailK<P, 3>(s, stride, count, mid, out1, len);
+    case 4: return pairTailK<P, 4>(s, stride, count, mid, out1, len);
+    case 5: return pairTailK<P, 5>(s, stride, count, mid, out1, len);
+    case 6: return pairTailK<P, 6>(s, stride, count, mid, out1, len);
+    case 7: return pairTailK<P, 7>(s, stride, count, mid, out1, len);
+    case 8: return pairTailK<P, 8>(s, stride, count, mid, out1, len);
+    case 9: return pairTailK<P, 9>(s, stride, count, mid, out1, len);
+    default: return pairTailK<P, 0>(s, stride, count, mid, out1, len);
+    }
 }
 
 // Whether a float row holds a NaN.
@@ -416,32 +457,55 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         first = (first + 1) % mh;
         --count;
     };
-    auto pushRow = [&](const T* row) {
+    // Rectangles emit two rows at a time when the row after the window is
+    // at hand: they share the fold of the mh - 1 rows between.
+    const bool pairs = rect && mh >= 2 && mh <= kChunk;
+    E* const ext = slot(mh);
+    // Appends a window row: a source row, or (null) a copy of the newest.
+    auto place = [&](const T* row) {
         E* target = ring(count);
-        if (rect) {
-            E* ext = slot(mh);
-            extend(row, ext);
-            foldAlong<P>(ext, len, c, mw, target);
-        } else {
-            extend(row, target);
-        }
-        if (++count == mh) emit();
+        if (row == nullptr) std::memcpy(target, ring(count - 1), slotBytes);
+        else if (!rect) extend(row, target);
+        else extend(row, ext), foldAlong<P>(ext, len, c, mw, target);
+        ++count;
     };
-    auto pushCopy = [&]() {
-        std::memcpy(ring(count), ring(count - 1), slotBytes);
-        if (++count == mh) emit();
+    auto emitPair = [&](const T* row) {
+        T* out0 = zq::row(dst, dstStep, produced);
+        T* out1 = zq::row(dst, dstStep, produced + 1);
+        E* rows[kChunk];
+        for (int k = 0; k < mh; ++k) rows[k] = ring(k);
+        pairHead<P>(rows, mh, reinterpret_cast<E*>(out0), len);
+        if (row == nullptr) {
+            pairTail<P>(ring(mh - 1), c, 1, ring(0), reinterpret_cast<E*>(out1), len);
+        } else {
+            extend(row, ext);
+            pairTail<P>(ext, c, mw, ring(0), reinterpret_cast<E*>(out1), len);
+        }
+        if constexpr (keys) flipKeys<I>(out0, out0, len), flipKeys<I>(out1, out1, len);
+        produced += 2;
+        first = (first + 2) % mh;  // the slot of the oldest row now holds the newest
+        count = mh - 1;
+    };
+    // A complete window waits for the next row, to be emitted with it.
+    auto feed = [&](const T* row) {
+        if (count == mh) {
+            if (pairs) return emitPair(row);
+            emit();
+        }
+        place(row);
     };
 
     int y = 0;
     if (starts) {
-        pushRow(src);  // the rows above the image repeat its first row
-        for (int k = 0; k < a; ++k) pushCopy();
+        feed(src);  // the rows above the image repeat its first row
+        for (int k = 0; k < a; ++k) feed(nullptr);
         y = 1;
     }
-    for (; y < n; ++y) pushRow(zq::row(src, srcStep, y));
-    if (ends) {
-        for (int k = 0; k < b; ++k) pushCopy();  // and the rows below its last
-    } else if (first != 0) {
+    for (; y < n; ++y) feed(zq::row(src, srcStep, y));
+    if (ends)
+        for (int k = 0; k < b; ++k) feed(nullptr);  // and the rows below its last
+    if (count == mh) emit();
+    if (!ends && first != 0) {
         // The next strip finds the carried window rows in ring order from slot 0.
         for (int k = 0; k < count; ++k) std::memcpy(slot(mh + k), ring(k), slotBytes);
         for (int k = 0; k < count; ++k) std::memcpy(slot(k), slot(mh + k), slotBytes);
@@ -488,7 +552,7 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
             if (pairs) nan[k % mh] = hasNaN<I>(slot(k), len);
     };
     for (int k = 0; k < mh - 1; ++k) rowPass(k);
-    const T* rows[kChunk];
+    T* rows[kChunk];
     for (int y = 0; y < roi.height;) {
         rowPass(y + mh - 1);
         T* out = zq::row(dst, dstStep, y);
@@ -496,11 +560,10 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
         for (int k = 1; k < mh && pair; ++k) pair = !nan[(y + k) % mh];
         if (pair) {
             for (int k = 0; k < mh; ++k) rows[k] = slot(y + k);
-            T* next = zq::row(dst, dstStep, y + 1);
-            foldPairHead<P>(rows, mh, out, next, len);
-            rowPass(y + mh);  // into the slot of row y, no longer needed
-            rows[0] = slot(y + mh);
-            foldChunk<P>(rows, 1, next, len, true);
+            pairHead<P>(rows, mh, out, len);
+            // The slot of row y, now the shared fold, receives row y + mh.
+            pairTail<P>(zq::row(first, srcStep, y + mh), channels, mw, slot(y), zq::row(dst, dstStep, y + 1), len);
+            if constexpr (std::is_same<T, float>::value) nan[y % mh] = hasNaN<I>(slot(y), len);
             y += 2;
         } else {
             Folder<P, T> fold(out, len);
