@@ -541,35 +541,44 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
     // Source row k of the neighbourhoods, from anchor.y rows above the roi
     // and anchor.x pixels left of it; ring slot k % mh holds its row pass.
     const T* first = zq::row(src, srcStep, -anchor.y) - ptrdiff_t(anchor.x) * channels;
-    auto slot = [&](int k) { return buf + ptrdiff_t(k % mh) * pitch; };
     // Two rows at a time share the fold of the mh - 1 rows they have in
     // common: always for 8u, for floats when those rows hold no NaN.
     const bool pairs = mh >= 2 && mh <= kChunk;
-    bool nan[kChunk] = {};
-    auto rowPass = [&](int k) {
-        foldAlong<P>(zq::row(first, srcStep, k), len, channels, mw, slot(k));
-        if constexpr (std::is_same<T, float>::value)
-            if (pairs) nan[k % mh] = hasNaN<I>(slot(k), len);
-    };
-    for (int k = 0; k < mh - 1; ++k) rowPass(k);
-    T* rows[kChunk];
-    for (int y = 0; y < roi.height;) {
-        rowPass(y + mh - 1);
-        T* out = zq::row(dst, dstStep, y);
-        bool pair = pairs && y + 1 < roi.height;
-        for (int k = 1; k < mh && pair; ++k) pair = !nan[(y + k) % mh];
-        if (pair) {
-            for (int k = 0; k < mh; ++k) rows[k] = slot(y + k);
-            pairHead<P>(rows, mh, out, len);
-            // The slot of row y, now the shared fold, receives row y + mh.
-            pairTail<P>(zq::row(first, srcStep, y + mh), channels, mw, slot(y), zq::row(dst, dstStep, y + 1), len);
-            if constexpr (std::is_same<T, float>::value) nan[y % mh] = hasNaN<I>(slot(y), len);
-            y += 2;
-        } else {
-            Folder<P, T> fold(out, len);
-            for (int k = 0; k < mh; ++k) fold.add(slot(y + k));
-            fold.flush();
-            y += 1;
+    // The roi goes in bands of whole registers narrow enough for the ring
+    // to stay in the first-level cache; every element's operations are the
+    // same in any band.
+    const int bandBytes = std::max(2048, (24576 / mh) & ~63);
+    const int band = std::max(P::n, bandBytes / int(sizeof(T)) / P::n * P::n);
+    for (int x0 = 0; x0 < len; x0 += band) {
+        const int bl = std::min(band, len - x0);
+        auto slot = [&](int k) { return buf + ptrdiff_t(k % mh) * pitch + x0; };
+        auto srcRow = [&](int k) { return zq::row(first, srcStep, k) + x0; };
+        auto dstRow = [&](int y) { return zq::row(dst, dstStep, y) + x0; };
+        bool nan[kChunk] = {};
+        auto rowPass = [&](int k) {
+            foldAlong<P>(srcRow(k), bl, channels, mw, slot(k));
+            if constexpr (std::is_same<T, float>::value)
+                if (pairs) nan[k % mh] = hasNaN<I>(slot(k), bl);
+        };
+        for (int k = 0; k < mh - 1; ++k) rowPass(k);
+        T* rows[kChunk];
+        for (int y = 0; y < roi.height;) {
+            rowPass(y + mh - 1);
+            bool pair = pairs && y + 1 < roi.height;
+            for (int k = 1; k < mh && pair; ++k) pair = !nan[(y + k) % mh];
+            if (pair) {
+                for (int k = 0; k < mh; ++k) rows[k] = slot(y + k);
+                pairHead<P>(rows, mh, dstRow(y), bl);
+                // The slot of row y, now the shared fold, receives row y + mh.
+                pairTail<P>(srcRow(y + mh), channels, mw, slot(y), dstRow(y + 1), bl);
+                if constexpr (std::is_same<T, float>::value) nan[y % mh] = hasNaN<I>(slot(y), bl);
+                y += 2;
+            } else {
+                Folder<P, T> fold(dstRow(y), bl);
+                for (int k = 0; k < mh; ++k) fold.add(slot(y + k));
+                fold.flush();
+                y += 1;
+            }
         }
     }
     zeqsFree(buf);
