@@ -33,6 +33,31 @@ namespace {
 
 using zq::Isa;
 
+// Non-temporal stores of a whole register to a 16-byte aligned address, in
+// 16-byte pieces (a row of the caller's need be aligned no further).
+inline void streamPieces(void* p, __m128 v) { _mm_stream_ps(static_cast<float*>(p), v); }
+inline void streamPieces(void* p, __m128i v) { _mm_stream_si128(static_cast<__m128i*>(p), v); }
+#if ZQ_TIER >= 1
+inline void streamPieces(void* p, __m256 v) {
+    streamPieces(p, _mm256_castps256_ps128(v));
+    streamPieces(static_cast<char*>(p) + 16, _mm256_extractf128_ps(v, 1));
+}
+inline void streamPieces(void* p, __m256i v) {
+    streamPieces(p, _mm256_castsi256_si128(v));
+    streamPieces(static_cast<char*>(p) + 16, _mm256_extracti128_si256(v, 1));
+}
+#endif
+#if ZQ_TIER >= 2
+inline void streamPieces(void* p, __m512 v) {
+    streamPieces(p, _mm512_castps512_ps256(v));
+    streamPieces(static_cast<char*>(p) + 32, _mm512_extractf32x8_ps(v, 1));
+}
+inline void streamPieces(void* p, __m512i v) {
+    streamPieces(p, _mm512_castsi512_si256(v));
+    streamPieces(static_cast<char*>(p) + 32, _mm512_extracti64x4_epi64(v, 1));
+}
+#endif
+
 // ---- lane policies: the element kept in the rows and its extreme ----
 
 template <Isa I, class E, bool Max>
@@ -51,6 +76,7 @@ struct Lanes<I, uint8_t, Max> {
         else return R::minU8(a, b);
     }
     static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
+    static void stream(E* p, V v) { streamPieces(p, v); }
 };
 
 // Keys of float bits: signed integers in the floats' total order.
@@ -60,6 +86,9 @@ struct Lanes<I, int32_t, Max> {
     using V = typename R::I;
     using E = int32_t;
     static constexpr int n = R::bytes / 4;
+    // Key <-> float bits; the map is its own inverse.
+    static V flip(V v) { return R::xori(v, R::srli32(R::srai32(v, 31), 1)); }
+    static E flip(E v) { return v ^ int32_t(uint32_t(v >> 31) >> 1); }
     static V load(const E* p) { return R::load(p); }
     static void store(E* p, V v) { R::store(p, v); }
     static V op(V a, V b) {
@@ -67,6 +96,7 @@ struct Lanes<I, int32_t, Max> {
         else return R::minI32(a, b);
     }
     static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
+    static void stream(E* p, V v) { streamPieces(p, v); }
 };
 
 // Floats with the accumulator as the first operand: the packed maximum is
@@ -84,6 +114,7 @@ struct Lanes<I, float, Max> {
         else return R::min(a, b);
     }
     static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
+    static void stream(E* p, V v) { streamPieces(p, v); }
 };
 
 // ---- the two row operations ----
@@ -188,6 +219,24 @@ void foldChunk(const E* const* rows, int k, E* out, int len, bool accumulate) {
     foldChunkAny<P>(rows, k, out, len, accumulate, std::make_integer_sequence<int, kChunk>());
 }
 
+// How the pair kernels write the caller's rows: streamed past the caches
+// (large images whose rows are 16-byte aligned), and for keys turned back
+// into float bits.
+template <class P, bool Stream, bool Flip>
+struct Out {
+    using E = typename P::E;
+    template <class V>
+    static void vec(E* p, V v) {
+        if constexpr (Flip) v = P::flip(v);
+        if constexpr (Stream) P::stream(p, v);
+        else P::store(p, v);
+    }
+    static void one(E* p, E v) {
+        if constexpr (Flip) v = P::flip(v);
+        zq::storeu(p, v);
+    }
+};
+
 // Two output rows from K + 1 rows share the fold of the K - 1 rows in
 // between. First pass: mid = rows[1] op ... op rows[K - 1], out0 = rows[0]
 // op mid, mid replacing rows[0] (read first, element by element). Second
@@ -195,7 +244,7 @@ void foldChunk(const E* const* rows, int k, E* out, int len, bool accumulate) {
 // out1 = mid op next, next replacing mid. For floats this is the sequential
 // fold only when rows 1..K-1 hold no NaN, which the caller makes sure of.
 // The rows are rewritten in place, so tails go element by element.
-template <class P, int K, class E>
+template <class P, class O, int K, class E>
 void pairHeadK(E* const* rows, E* out0, int len) {
     const E* r[K];
     for (int j = 0; j < K; ++j) r[j] = rows[j];
@@ -205,64 +254,64 @@ void pairHeadK(E* const* rows, E* out0, int len) {
         const auto first = P::load(r[0] + i);
         auto m = P::load(r[1] + i);
         for (int j = 2; j < K; ++j) m = P::op(m, P::load(r[j] + i));
-        P::store(out0 + i, P::op(first, m));
+        O::vec(out0 + i, P::op(first, m));
         P::store(head + i, m);
     }
     for (; i < len; ++i) {
         const E first = r[0][i];
         E m = r[1][i];
         for (int j = 2; j < K; ++j) m = P::op(m, r[j][i]);
-        zq::storeu(out0 + i, P::op(first, m));
+        O::one(out0 + i, P::op(first, m));
         head[i] = m;
     }
 }
 
-template <class P, class E, int... K>
+template <class P, class O, class E, int... K>
 void pairHeadAny(E* const* rows, int k, E* out0, int len, std::integer_sequence<int, K...>) {
     using Fn = void (*)(E* const*, E*, int);
-    static constexpr Fn table[] = {pairHeadK<P, K + 2, E>...};
+    static constexpr Fn table[] = {pairHeadK<P, O, K + 2, E>...};
     table[k - 2](rows, out0, len);
 }
 
 // k rows, 2 <= k <= kChunk.
-template <class P, class E>
+template <class P, class O, class E>
 void pairHead(E* const* rows, int k, E* out0, int len) {
-    pairHeadAny<P>(rows, k, out0, len, std::make_integer_sequence<int, kChunk - 1>());
+    pairHeadAny<P, O>(rows, k, out0, len, std::make_integer_sequence<int, kChunk - 1>());
 }
 
-template <class P, int K, class E>
+template <class P, class O, int K, class E>
 void pairTailK(const E* s, int stride, int count, E* mid, E* out1, int len) {
     const int n = K ? K : count;
     int i = 0;
     for (; i + P::n <= len; i += P::n) {
         auto acc = P::load(s + i);
         for (int k = 1; k < n; ++k) acc = P::op(acc, P::load(s + i + ptrdiff_t(k) * stride));
-        P::store(out1 + i, P::op(P::load(mid + i), acc));
+        O::vec(out1 + i, P::op(P::load(mid + i), acc));
         P::store(mid + i, acc);
     }
     for (; i < len; ++i) {
         E acc = zq::loadu(s + i);
         for (int k = 1; k < n; ++k) acc = P::op(acc, zq::loadu(s + i + ptrdiff_t(k) * stride));
-        zq::storeu(out1 + i, P::op(mid[i], acc));
+        O::one(out1 + i, P::op(mid[i], acc));
         mid[i] = acc;
     }
 }
 
 // The second pass: s is the next row, folded along `count` elements
 // `stride` apart.
-template <class P, class E>
+template <class P, class O, class E>
 void pairTail(const E* s, int stride, int count, E* mid, E* out1, int len) {
     switch (count) {
-    case 1: return pairTailK<P, 1>(s, stride, count, mid, out1, len);
-    case 2: return pairTailK<P, 2>(s, stride, count, mid, out1, len);
-    case 3: return pairTailK<P, 3>(s, stride, count, mid, out1, len);
-    case 4: return pairTailK<P, 4>(s, stride, count, mid, out1, len);
-    case 5: return pairTailK<P, 5>(s, stride, count, mid, out1, len);
-    case 6: return pairTailK<P, 6>(s, stride, count, mid, out1, len);
-    case 7: return pairTailK<P, 7>(s, stride, count, mid, out1, len);
-    case 8: return pairTailK<P, 8>(s, stride, count, mid, out1, len);
-    case 9: return pairTailK<P, 9>(s, stride, count, mid, out1, len);
-    default: return pairTailK<P, 0>(s, stride, count, mid, out1, len);
+    case 1: return pairTailK<P, O, 1>(s, stride, count, mid, out1, len);
+    case 2: return pairTailK<P, O, 2>(s, stride, count, mid, out1, len);
+    case 3: return pairTailK<P, O, 3>(s, stride, count, mid, out1, len);
+    case 4: return pairTailK<P, O, 4>(s, stride, count, mid, out1, len);
+    case 5: return pairTailK<P, O, 5>(s, stride, count, mid, out1, len);
+    case 6: return pairTailK<P, O, 6>(s, stride, count, mid, out1, len);
+    case 7: return pairTailK<P, O, 7>(s, stride, count, mid, out1, len);
+    case 8: return pairTailK<P, O, 8>(s, stride, count, mid, out1, len);
+    case 9: return pairTailK<P, O, 9>(s, stride, count, mid, out1, len);
+    default: return pairTailK<P, O, 0>(s, stride, count, mid, out1, len);
     }
 }
 
@@ -329,6 +378,13 @@ void flipKeys(const void* in, void* out, int len) {
         v ^= int32_t(uint32_t(v >> 31) >> 1);
         std::memcpy(d + 4 * i, &v, 4);
     }
+}
+
+// Whether the output goes past the caches: an image larger than a core's
+// second-level cache share would only evict the rows still to be read, and
+// 16-byte aligned rows take the non-temporal stores.
+inline bool streams(const void* dst, ptrdiff_t dstStep, int64_t bytes) {
+    return bytes >= (int64_t(1) << 20) && ((reinterpret_cast<uintptr_t>(dst) | uintptr_t(dstStep)) & 15) == 0;
 }
 
 // ---- strip morphology ----
@@ -469,22 +525,27 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         else extend(row, ext), foldAlong<P>(ext, len, c, mw, target);
         ++count;
     };
-    auto emitPair = [&](const T* row) {
-        T* out0 = zq::row(dst, dstStep, produced);
-        T* out1 = zq::row(dst, dstStep, produced + 1);
+    const bool stream = streams(dst, dstStep, int64_t(len) * sizeof(E) * n);
+    auto emitPairWith = [&](auto out, const T* row) {
+        using O = decltype(out);
+        E* out0 = reinterpret_cast<E*>(zq::row(dst, dstStep, produced));
+        E* out1 = reinterpret_cast<E*>(zq::row(dst, dstStep, produced + 1));
         E* rows[kChunk];
         for (int k = 0; k < mh; ++k) rows[k] = ring(k);
-        pairHead<P>(rows, mh, reinterpret_cast<E*>(out0), len);
+        pairHead<P, O>(rows, mh, out0, len);
         if (row == nullptr) {
-            pairTail<P>(ring(mh - 1), c, 1, ring(0), reinterpret_cast<E*>(out1), len);
+            pairTail<P, O>(ring(mh - 1), c, 1, ring(0), out1, len);
         } else {
             extend(row, ext);
-            pairTail<P>(ext, c, mw, ring(0), reinterpret_cast<E*>(out1), len);
+            pairTail<P, O>(ext, c, mw, ring(0), out1, len);
         }
-        if constexpr (keys) flipKeys<I>(out0, out0, len), flipKeys<I>(out1, out1, len);
         produced += 2;
         first = (first + 2) % mh;  // the slot of the oldest row now holds the newest
         count = mh - 1;
+    };
+    auto emitPair = [&](const T* row) {
+        if (stream) emitPairWith(Out<P, true, keys>(), row);
+        else emitPairWith(Out<P, false, keys>(), row);
     };
     // A complete window waits for the next row, to be emitted with it.
     auto feed = [&](const T* row) {
@@ -505,6 +566,7 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
     if (ends)
         for (int k = 0; k < b; ++k) feed(nullptr);  // and the rows below its last
     if (count == mh) emit();
+    if (stream) _mm_sfence();
     if (!ends && first != 0) {
         // The next strip finds the carried window rows in ring order from slot 0.
         for (int k = 0; k < count; ++k) std::memcpy(slot(mh + k), ring(k), slotBytes);
@@ -548,6 +610,7 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
     // to stay in the first-level cache; every element's operations are the
     // same in any band.
     const int bandBytes = std::max(2048, (24576 / mh) & ~63);
+    const bool stream = streams(dst, dstStep, int64_t(len) * int64_t(sizeof(T)) * roi.height);
     const int band = std::max(P::n, bandBytes / int(sizeof(T)) / P::n * P::n);
     for (int x0 = 0; x0 < len; x0 += band) {
         const int bl = std::min(band, len - x0);
@@ -568,9 +631,14 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
             for (int k = 1; k < mh && pair; ++k) pair = !nan[(y + k) % mh];
             if (pair) {
                 for (int k = 0; k < mh; ++k) rows[k] = slot(y + k);
-                pairHead<P>(rows, mh, dstRow(y), bl);
                 // The slot of row y, now the shared fold, receives row y + mh.
-                pairTail<P>(srcRow(y + mh), channels, mw, slot(y), dstRow(y + 1), bl);
+                if (stream) {
+                    pairHead<P, Out<P, true, false>>(rows, mh, dstRow(y), bl);
+                    pairTail<P, Out<P, true, false>>(srcRow(y + mh), channels, mw, slot(y), dstRow(y + 1), bl);
+                } else {
+                    pairHead<P, Out<P, false, false>>(rows, mh, dstRow(y), bl);
+                    pairTail<P, Out<P, false, false>>(srcRow(y + mh), channels, mw, slot(y), dstRow(y + 1), bl);
+                }
                 if constexpr (std::is_same<T, float>::value) nan[y % mh] = hasNaN<I>(slot(y), bl);
                 y += 2;
             } else {
@@ -581,6 +649,7 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
             }
         }
     }
+    if (stream) _mm_sfence();
     zeqsFree(buf);
     return zeqStsOk;
 }

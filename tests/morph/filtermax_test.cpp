@@ -127,3 +127,23 @@ TYPED_TEST(FilterMax, StatusesInOrderAndNothingWritten) {
 }
 
 }  // namespace
+
+namespace {
+
+// Destinations past a megabyte with 16-byte aligned rows take non-temporal
+// stores: the values equal those of a misaligned destination.
+TYPED_TEST(FilterMax, LargeAlignedDestinationsGiveTheSameValues) {
+    using T = TypeParam;
+    const int w = 1024, h = 1100 / int(sizeof(T)) + 3;
+    zqt::Rng rng(9);
+    Image<T> src(w + 4, h + 2);
+    src.fillRandom(rng);
+    Image<T> aligned(w, h), misaligned(w, h, 1, 0, int(sizeof(T)));
+    for (auto* d : {&aligned, &misaligned})
+        ASSERT_EQ(zeqStsOk, filterFn<T>(false, 1)(&src.at(2, 1), src.step(), d->ptr(), d->step(), {w, h}, {5, 3},
+                                                  {2, 1}));
+    ASSERT_TRUE(zqt::sameImage(aligned, misaligned));
+    ASSERT_TRUE(aligned.outsideUntouched());
+}
+
+}  // namespace
