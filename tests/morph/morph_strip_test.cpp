@@ -96,7 +96,7 @@ TYPED_TEST(MorphStrip, WholeAndSplitImagesMatchTheDefinition) {
         const bool dilate = rng.chance(0.5);
         const int mw = rng.uniform(1, 9), mh = rng.uniform(1, 9);
         const ZeqiPoint an{rng.uniform(0, mw - 1), rng.uniform(0, mh - 1)};
-        const int w = iter < 40 ? 1 + iter % 3 : rng.uniform(1, 70), h = rng.uniform(1, 24);
+        const int w = iter < 40 ? 1 + iter % 3 : rng.uniform(1, 130), h = rng.uniform(1, 24);
         const int maxWidth = w + rng.uniform(0, 5);
         std::vector<uint8_t> given(size_t(mw) * mh);
         const double density = densities[rng.uniform(0, 2)];
