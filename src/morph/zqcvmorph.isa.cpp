@@ -518,38 +518,11 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
     const bool pairs = rect && mh >= 2 && mh <= kChunk;
     E* const ext = slot(mh);
     // Appends a window row: a source row, or (null) a copy of the newest.
-    // The row pass of a source row, f(s, from, count) over the elements
-    // from..from+count-1 with s at the extended row's element `from`. 8u rows
-    // are read in place between the borders; only the border pixels go
-    // through short extensions. Floats become keys on the way.
-    // The pieces start at multiples of 16 bytes, as streamed stores need.
-    const bool inPlace = !keys && w >= 2 * mw + 40;
-    int xl = ax, xr = w - s.right;  // the pixels whose window lies inside the row
-    while ((xl * c) % 16) ++xl;
-    while ((xr * c) % 16) --xr;
-    auto alongRow = [&](const T* row, auto&& f) {
-        if (!inPlace) {
-            extend(row, ext);
-            return f(ext, 0, len);
-        }
-        auto piece = [&](E* tmp, int x0, int x1) {  // ext pixels x0..x1-1
-            for (int x = x0; x < x1; ++x)
-                std::memcpy(tmp + ptrdiff_t(x - x0) * c, row + ptrdiff_t(std::clamp(x - ax, 0, w - 1)) * c,
-                            size_t(c) * sizeof(E));
-        };
-        E* left = ext;
-        E* right = ext + ptrdiff_t(xl + mw) * c;
-        piece(left, 0, xl + mw - 1);
-        piece(right, xr, w + mw - 1);
-        f(left, 0, xl * c);
-        f(reinterpret_cast<const E*>(row) + ptrdiff_t(xl - ax) * c, xl * c, (xr - xl) * c);
-        f(right, xr * c, (w - xr) * c);
-    };
     auto place = [&](const T* row) {
         E* target = ring(count);
         if (row == nullptr) std::memcpy(target, ring(count - 1), slotBytes);
         else if (!rect) extend(row, target);
-        else alongRow(row, [&](const E* from, int at, int n) { foldAlong<P>(from, n, c, mw, target + at); });
+        else extend(row, ext), foldAlong<P>(ext, len, c, mw, target);
         ++count;
     };
     const bool stream = streams(dst, dstStep, int64_t(len) * sizeof(E) * n);
@@ -563,7 +536,8 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         if (row == nullptr) {
             pairTail<P, O>(ring(mh - 1), c, 1, ring(0), out1, len);
         } else {
-            alongRow(row, [&](const E* from, int at, int n) { pairTail<P, O>(from, c, mw, ring(0) + at, out1 + at, n); });
+            extend(row, ext);
+            pairTail<P, O>(ext, c, mw, ring(0), out1, len);
         }
         produced += 2;
         first = (first + 2) % mh;  // the slot of the oldest row now holds the newest
