@@ -1012,10 +1012,196 @@ ZEQ_API ZeqStatus zeqiFloodFillGetSize(ZeqiSize roiSize, int* pBufSize);
 ZEQ_API ZeqStatus zeqiFloodFillGetSize_Grad(ZeqiSize roiSize, int* pBufSize);
 
 /* ==== Morphology state and strip dilation and erosion ==== */
-/* (morph: declarations to come) */
+/*
+ * zeqiMorphologyInitAlloc creates the state of a structuring element for
+ * images up to roiWidth pixels wide, dataType zeq8u or zeq32f, channels 1, 3
+ * or 4. maskType: 0 rectangle (every element of maskSize set), 1 cross (the
+ * whole row and column through the anchor), 2 ellipse, 100 arbitrary (pMask:
+ * maskSize.width x maskSize.height bytes row by row, non-zero = set; read
+ * only for this type). The ellipse, in single precision with a = mw/2,
+ * b = mh/2, k = a/b: for i = 0 .. (int)(mh/2), t = i + 0.5, h = sqrt(mh t -
+ * t t) k, rows i and mh-1-i set from x0 = (int)((double)(a-h) + 0.5) (0 when
+ * below 1) to x1 = min((int)((double)(a+h) - 0.5), mw), both included.
+ * The state is one block from the aligned allocator: a header of fifteen
+ * fields (mask width, height, anchor x, y, columns right of and rows below
+ * the anchor, kind 33 for a 3x3 rectangle, 99 for another rectangle, 0 for
+ * the others, pointers to the mask bytes (255/0), to the expanded mask (16
+ * bytes of all ones or zeros per element) and twice to the row buffers, the
+ * buffers' row length, data type, channels, roi width); 64 bytes on i386
+ * (4-byte fields), 96 on x86-64 (8-byte pointers from offset 32, the last
+ * four fields from 64). Then M = mw mh rounded up to 16 mask bytes (none for
+ * a rectangle), 16 M bytes of expanded mask and max(2 mh R, c mh e) bytes of
+ * buffers, R = (roiWidth c + c mw) e rounded up to 16, e = 1 (8u) or 4 (32f).
+ * Statuses, in order: zeqStsNullPtr (ppState); zeqStsSize (roiWidth or a
+ * mask side < 1); zeqStsDataType; zeqStsChannel; zeqStsAnchor (anchor
+ * outside the mask); zeqStsOutOfRange (maskType), zeqStsNullPtr (type 100
+ * without pMask); zeqStsNoMem. On failure nothing is allocated and *ppState
+ * is left as it was. zeqiMorphologyFree releases a state (zeqStsNullPtr for
+ * NULL).
+ *
+ * Strip dilation (maximum) and erosion (minimum), per channel, over the set
+ * elements of the state's mask with the anchor on the output pixel; pixels
+ * outside the image repeat the nearest edge pixel. The _Rect forms take a
+ * rectangle state, the others a state of kind 0; the _Cross and _Ellipse
+ * forms are the mask form (the state holds the cross or the ellipse). A mask
+ * with no set element counts as its anchor alone. Floats are ordered by the
+ * key (bits & 0x7fffffff) ^ (bits >> 31) of their bits: -0.0 below +0.0, a
+ * NaN with the sign bit clear above +inf, with the sign bit set below -inf;
+ * every result is one of the input values, bit for bit.
+ * Strips: *roiSize gives n input rows and receives the rows written at pDst;
+ * with b = mask height - anchor y - 1, stripFlag 0 (whole image) writes n
+ * rows, 1 (first strip, at least b rows) n - b, 4 (middle strip) n and 2
+ * (last strip) n + b. Between a first and a last strip the state carries the
+ * rows a later strip needs: every split of an image gives exactly the
+ * whole-image result, and a state serves one image at a time. Not in place.
+ * Statuses, in order: zeqStsNullPtr (pSrc, pDst, roiSize or pState);
+ * zeqStsSize (width or height < 1); zeqStsStep (a step below its row);
+ * zeqStsContextMatch (the state's data type, channels or kind does not fit
+ * the call, or its roi width is below the call's); zeqStsBadArg (stripFlag
+ * not 0, 1, 2 or 4).
+ */
+ZEQ_API ZeqStatus zeqiMorphologyInitAlloc(int roiWidth, int dataType, int channels, ZeqiSize maskSize,
+        ZeqiPoint anchor, int maskType, const Zeq8u* pMask, ZeqiMorphState** ppState);
+ZEQ_API ZeqStatus zeqiMorphologyFree(ZeqiMorphState* pState);
+ZEQ_API ZeqStatus zeqiDilateStrip_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Rect_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Rect_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Rect_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Rect_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Rect_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Rect_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Cross_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Cross_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Cross_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Cross_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Cross_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Cross_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Ellipse_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Ellipse_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Ellipse_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Ellipse_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Ellipse_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiDilateStrip_Ellipse_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Rect_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Rect_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Rect_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Rect_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Rect_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Rect_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Cross_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Cross_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Cross_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Cross_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Cross_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Cross_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Ellipse_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Ellipse_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Ellipse_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Ellipse_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Ellipse_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiErodeStrip_Ellipse_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize* roiSize, ZeqiMorphState* pState, int stripFlag);
 
 /* ==== Minimum and maximum filters ==== */
-/* (filtermax: declarations to come) */
+/*
+ * dst(x, y) = max (FilterMax) or min (FilterMin), per channel, of
+ * src(x - anchor.x + i, y - anchor.y + j), 0 <= i < maskSize.width,
+ * 0 <= j < maskSize.height. The caller supplies the border: the source is
+ * read that far outside the roi. C4 filters all four channels.
+ * Floats are folded along each row from the left, then the row results
+ * from the top, as acc = (acc > v) ? acc : v (minimum: <): a NaN survives
+ * only as the later operand of a step, a NaN accumulator gives way to the
+ * next value, and of two equal zeros the later one is kept.
+ * A 1x1 mask copies the roi; the 32f C4 forms then leave the destination's
+ * fourth channel unchanged. Steps in bytes, only tested for being below 1;
+ * float rows advance by the step rounded down to a multiple of 4. Not in
+ * place.
+ * Statuses, in order: zeqStsNullPtr; zeqStsSize (width or height < 1);
+ * zeqStsStep (a step < 1); zeqStsMaskSize (a mask side < 1); zeqStsAnchor
+ * (anchor outside the mask); zeqStsNoMem (the row buffer).
+ */
+ZEQ_API ZeqStatus zeqiFilterMax_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMax_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMax_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMax_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMax_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMax_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMin_8u_C1R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMin_8u_C3R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMin_8u_C4R(const Zeq8u* pSrc, int srcStep, Zeq8u* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMin_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMin_32f_C3R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
+ZEQ_API ZeqStatus zeqiFilterMin_32f_C4R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep,
+        ZeqiSize roiSize, ZeqiSize maskSize, ZeqiPoint anchor);
 
 /* ==== Motion history update ==== */
 /*
