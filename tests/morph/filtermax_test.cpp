@@ -48,7 +48,7 @@ TYPED_TEST(FilterMax, MatchesTheFoldOverRandomLayouts) {
         const int h = wide ? rng.uniform(1, 4) : rng.uniform(1, 12);
         const double nanRate = (iter % 3) * 0.03;  // NaN-free rows take the shared fold of two rows
         Image<T> src(w + mw - 1, h + mh - 1, c, e * rng.uniform(0, 3) + (e == 1 ? rng.uniform(0, 1) : 0),
-                     rng.uniform(0, 15));
+                     rng.uniform(0, 15) / e * e);
         src.fill([&](int, int, int) {
             if constexpr (e == 1) return T(rng.uniform(0, 255));
             else {
@@ -58,7 +58,7 @@ TYPED_TEST(FilterMax, MatchesTheFoldOverRandomLayouts) {
                 return rng.chance(0.3) ? special[rng.uniform(0, 4)] : rng.uniformf(-100, 100);
             }
         });
-        Image<T> want(w, h, c), dst(w, h, c, e * rng.uniform(0, 3), rng.uniform(0, 15));
+        Image<T> want(w, h, c), dst(w, h, c, e * rng.uniform(0, 3), rng.uniform(0, 15) / e * e);
         want.fill([&](int x, int y, int k) {
             T acc{};
             for (int j = 0; j < mh; ++j) {
@@ -87,7 +87,7 @@ TYPED_TEST(FilterMax, OneByOneCopiesWithTheFourChannelFloatException) {
     constexpr int e = int(sizeof(T));
     for (int c : {1, 3, 4})
         for (bool max : {false, true}) {
-            Image<T> src(5, 3, c), dst(5, 3, c, 3);
+            Image<T> src(5, 3, c), dst(5, 3, c, 4);
             src.fill([](int x, int y, int k) { return x + 7 * y + 2 * k; });
             dst.fill([](int, int, int) { return 99; });
             ASSERT_EQ(zeqStsOk, filterFn<T>(max, c)(src.ptr(), src.step(), dst.ptr(), dst.step(), {5, 3}, {1, 1}, {0, 0}));
