@@ -60,40 +60,22 @@ inline void streamPieces(void* p, __m512i v) {
 
 // ---- lane policies: the element kept in the rows and its extreme ----
 
-template <Isa I, class E, bool Max>
-struct Lanes;
-
-template <Isa I, bool Max>
-struct Lanes<I, uint8_t, Max> {
+// Integer lanes: 8u values as they are, or the keys of float bits (signed
+// integers in the floats' total order).
+template <Isa I, class T, bool Max>
+struct Lanes {
     using R = zq::Regs<I>;
     using V = typename R::I;
-    using E = uint8_t;
-    static constexpr int n = R::bytes;
-    static V load(const E* p) { return R::load(p); }
-    static void store(E* p, V v) { R::store(p, v); }
-    static V op(V a, V b) {
-        if constexpr (Max) return R::maxU8(a, b);
-        else return R::minU8(a, b);
-    }
-    static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
-    static void stream(E* p, V v) { streamPieces(p, v); }
-};
-
-// Keys of float bits: signed integers in the floats' total order.
-template <Isa I, bool Max>
-struct Lanes<I, int32_t, Max> {
-    using R = zq::Regs<I>;
-    using V = typename R::I;
-    using E = int32_t;
-    static constexpr int n = R::bytes / 4;
+    using E = T;
+    static constexpr int n = R::bytes / int(sizeof(E));
     // Key <-> float bits; the map is its own inverse.
     static V flip(V v) { return R::xori(v, R::srli32(R::srai32(v, 31), 1)); }
     static E flip(E v) { return v ^ int32_t(uint32_t(v >> 31) >> 1); }
     static V load(const E* p) { return R::load(p); }
     static void store(E* p, V v) { R::store(p, v); }
     static V op(V a, V b) {
-        if constexpr (Max) return R::maxI32(a, b);
-        else return R::minI32(a, b);
+        if constexpr (sizeof(E) == 1) return Max ? R::maxU8(a, b) : R::minU8(a, b);
+        else return Max ? R::maxI32(a, b) : R::minI32(a, b);
     }
     static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
     static void stream(E* p, V v) { streamPieces(p, v); }
@@ -364,18 +346,15 @@ private:
 template <Isa I>
 void flipKeys(const void* in, void* out, int len) {
     using R = zq::Regs<I>;
-    constexpr int n = R::bytes / 4;
+    using L = Lanes<I, int32_t, true>;
     auto* s = static_cast<const Zeq8u*>(in);
     auto* d = static_cast<Zeq8u*>(out);
     int i = 0;
-    for (; i + n <= len; i += n) {
-        const auto v = R::load(s + 4 * i);
-        R::store(d + 4 * i, R::xori(v, R::srli32(R::srai32(v, 31), 1)));
-    }
+    for (; i + L::n <= len; i += L::n) R::store(d + 4 * i, L::flip(R::load(s + 4 * i)));
     for (; i < len; ++i) {
         int32_t v;
         std::memcpy(&v, s + 4 * i, 4);
-        v ^= int32_t(uint32_t(v >> 31) >> 1);
+        v = L::flip(v);
         std::memcpy(d + 4 * i, &v, 4);
     }
 }
