@@ -371,8 +371,8 @@ TYPED_TEST(Border, EveryPixelTakesTheNearestSourcePixel) {
         const int top = iter == 0 ? 0 : rng.uniform(0, 4), left = iter == 0 ? 0 : rng.uniform(0, 5);
         const int dw = sw + left + (iter == 0 ? 0 : rng.uniform(0, 5)), dh = sh + top + (iter == 0 ? 0 : rng.uniform(0, 4));
         const int e = int(sizeof(T));
-        Image<T> s(sw, sh, ch, e * rng.uniform(0, 9), e * rng.uniform(0, 7));
-        Image<T> d(dw, dh, ch, e * rng.uniform(0, 9), e * rng.uniform(0, 7));
+        Image<T> s(sw, sh, ch, rng.uniform(0, 9 * e), e * rng.uniform(0, 7));  // odd steps too
+        Image<T> d(dw, dh, ch, rng.uniform(0, 9 * e), e * rng.uniform(0, 7));
         s.fillRandom(rng);
         ASSERT_EQ(zeqStsOk, TypeParam::run(s.ptr(), s.step(), s.size(), d.ptr(), d.step(), d.size(), top, left));
         Image<T> want(dw, dh, ch);
