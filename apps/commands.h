@@ -23,6 +23,8 @@ int runEdges(int argc, char** argv);                                   // cmd_ed
 void demoEdges(Demo& demo);
 int runSpectrum(int argc, char** argv);                                // cmd_spectrum.cpp
 void demoSpectrum(Demo& demo);
+int runPyramid(int argc, char** argv);                                 // cmd_pyramid.cpp
+void demoPyramid(Demo& demo);
 
 }  // namespace tool
 

@@ -25,6 +25,8 @@ const std::vector<Command>& commands() {
          "zeqcv edges photo.jpg --low 40 --high 120 --out out", runEdges, demoEdges},
         {"spectrum", "centred log-magnitude of the 2-D FFT", "zeqcv spectrum photo.jpg --out out", runSpectrum,
          demoSpectrum},
+        {"pyramid", "Gaussian 5x5 pyramid: every level down, and each expanded back up",
+         "zeqcv pyramid photo.jpg --levels 3 --out out", runPyramid, demoPyramid},
         {"version", "the library's version record", "zeqcv version", runVersion, nullptr},
     };
     return table;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <complex>
+#include <cstring>
 
 namespace {
 
@@ -187,6 +188,46 @@ TEST_F(Cli, AccumulateAFolderOfFrames) {
             acc = acc + (f2 - acc) * 0.5f;
             EXPECT_EQ(acc, running.row(y)[x]);
         }
+}
+
+// An 8-bit image as the tool reads it back: grey, or RGB when `channels` is 3.
+zeqcv::Image<Zeq8u> imageOf(const std::string& file, int channels) {
+    const tool::Picture p = tool::readPicture(file);
+    return channels == 3 ? tool::rgb8(p) : tool::grey8(p);
+}
+
+void expectSame(const zeqcv::Image<Zeq8u>& expected, const zeqcv::Image<Zeq8u>& got, const std::string& what) {
+    ASSERT_TRUE(expected.width() == got.width() && expected.height() == got.height()) << what;
+    for (int y = 0; y < got.height(); ++y)
+        for (int x = 0; x < got.width() * got.channels(); ++x)
+            ASSERT_EQ(expected.row(y)[x], got.row(y)[x]) << what << " at " << x << "," << y;
+}
+
+TEST_F(Cli, PyramidLevelsAreTheLibrarysGaussianSteps) {
+    for (int channels : {1, 3}) {
+        tool::writePng(path("p.png"), clitest::scene(37, 23, channels));
+        const auto r = run("pyramid --levels 2 '" + path("p.png") + "' -o '" + path("o") + "'");
+        ASSERT_EQ(0, r.status) << r.err;
+        auto level = imageOf(path("p.png"), channels);
+        for (int k = 1; k <= 2; ++k) {
+            const int c = channels;
+            zeqcv::Image<Zeq8u> down((level.width() + 1) / 2, (level.height() + 1) / 2, c),
+                up(2 * down.width(), 2 * down.height(), c);
+            zeqcv::Buffer<Zeq8u> bd, bu;
+            ASSERT_EQ(zeqStsOk, bd.sized(zeqiPyrDownGetBufSize_Gauss5x5, level.width(), zeq8u, c));
+            ASSERT_EQ(zeqStsOk, bu.sized(zeqiPyrUpGetBufSize_Gauss5x5, down.width(), zeq8u, c));
+            ASSERT_EQ(zeqStsOk, zeqcv::call(c == 3 ? zeqiPyrDown_Gauss5x5_8u_C3R : zeqiPyrDown_Gauss5x5_8u_C1R, level,
+                                            down, zeqcv::roi, bd.data()));
+            ASSERT_EQ(zeqStsOk, zeqcv::call(c == 3 ? zeqiPyrUp_Gauss5x5_8u_C3R : zeqiPyrUp_Gauss5x5_8u_C1R, down, up,
+                                            zeqcv::roi, bu.data()));
+            const std::string k1 = std::to_string(k);
+            expectSame(down, imageOf(path("o/p-down" + k1 + ".png"), c), "down" + k1);
+            expectSame(up, imageOf(path("o/p-up" + k1 + ".png"), c), "up" + k1);
+            level = std::move(down);
+        }
+        EXPECT_EQ("p-down1.png p-down2.png p-up1.png p-up2.png ", listing(path("o")));
+        ASSERT_EQ(0, std::system(("rm -r '" + path("o") + "'").c_str()));
+    }
 }
 
 TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
