@@ -25,6 +25,8 @@ int runSpectrum(int argc, char** argv);                                // cmd_sp
 void demoSpectrum(Demo& demo);
 int runPyramid(int argc, char** argv);                                 // cmd_pyramid.cpp
 void demoPyramid(Demo& demo);
+int runDistance(int argc, char** argv);                                // cmd_distance.cpp
+void demoDistance(Demo& demo);
 
 }  // namespace tool
 

@@ -27,6 +27,8 @@ const std::vector<Command>& commands() {
          demoSpectrum},
         {"pyramid", "Gaussian 5x5 pyramid: every level down, and each expanded back up",
          "zeqcv pyramid photo.jpg --levels 3 --out out", runPyramid, demoPyramid},
+        {"distance", "chamfer distance of the pixels at or above a threshold to the nearest one below it",
+         "zeqcv distance shapes.png --threshold 100 --mask 5 --norm euclid --out out", runDistance, demoDistance},
         {"version", "the library's version record", "zeqcv version", runVersion, nullptr},
     };
     return table;

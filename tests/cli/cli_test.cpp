@@ -230,6 +230,44 @@ TEST_F(Cli, PyramidLevelsAreTheLibrarysGaussianSteps) {
     }
 }
 
+TEST_F(Cli, DistanceIsTheChamferTransformOfTheThresholdedImage) {
+    tool::writePng(path("d.png"), clitest::scene(29, 19, 1));
+    const auto grey = greyOf(path("d.png"));
+    struct Case {
+        int mask;
+        const char* norm;
+        bool invert;
+    };
+    for (const Case c : {Case{3, "chess", false}, Case{3, "euclid", true}, Case{5, "city", false}, Case{5, "euclid", false}}) {
+        const std::string o = path(std::string("o") + char('0' + c.mask) + c.norm);
+        const auto r = run("distance --raw --threshold 150 --mask " + std::to_string(c.mask) + " --norm " + c.norm +
+                           (c.invert ? " --invert '" : " '") + path("d.png") + "' -o '" + o + "'");
+        ASSERT_EQ(0, r.status) << r.err;
+        zeqcv::Image<Zeq8u> binary(29, 19);
+        for (int y = 0; y < 19; ++y)
+            for (int x = 0; x < 29; ++x) binary.row(y)[x] = ((grey.row(y)[x] >= 150) != c.invert) ? 255 : 0;
+        const int norm = c.norm[1] == 'u' ? 2 : c.norm[1] == 'i' ? 1 : 0;
+        Zeq32f m[4] = {0, 0, 0, 0};
+        ASSERT_EQ(zeqStsOk, zeqiGetDistanceTransformMask_32f(c.mask, norm, m));
+        if (c.mask == 5 && norm == 1) m[2] = m[3];
+        zeqcv::Image<Zeq32f> expected(29, 19);
+        ASSERT_EQ(zeqStsOk, zeqcv::call(c.mask == 3 ? zeqiDistanceTransform_3x3_8u32f_C1R
+                                                    : zeqiDistanceTransform_5x5_8u32f_C1R,
+                                        binary, expected, zeqcv::roi, m));
+        const auto got = clitest::readPfm(o + "/d-distance.pfm");
+        ASSERT_TRUE(got) << c.norm;
+        float top = 0;
+        for (int y = 0; y < 19; ++y)
+            for (int x = 0; x < 29; ++x) {
+                ASSERT_EQ(expected.row(y)[x], got.row(y)[x]) << c.mask << c.norm << " at " << x << "," << y;
+                top = std::max(top, got.row(y)[x]);
+            }
+        EXPECT_GT(top, 1.5f) << "the objects have an inside";
+        const auto objects = greyOf(o + "/d-objects.png");
+        for (int y = 0; y < 19; ++y) ASSERT_EQ(0, std::memcmp(binary.row(y), objects.row(y), 29));
+    }
+}
+
 TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
     clitest::writeJpeg(path("photo.jpg"), clitest::scene(90, 70, 3));
     for (const std::string& input : {std::string(), " --input '" + path("photo.jpg") + "'"}) {
