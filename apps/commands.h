@@ -27,6 +27,8 @@ int runPyramid(int argc, char** argv);                                 // cmd_py
 void demoPyramid(Demo& demo);
 int runDistance(int argc, char** argv);                                // cmd_distance.cpp
 void demoDistance(Demo& demo);
+int runFill(int argc, char** argv);                                    // cmd_fill.cpp
+void demoFill(Demo& demo);
 
 }  // namespace tool
 

@@ -29,6 +29,8 @@ const std::vector<Command>& commands() {
          "zeqcv pyramid photo.jpg --levels 3 --out out", runPyramid, demoPyramid},
         {"distance", "chamfer distance of the pixels at or above a threshold to the nearest one below it",
          "zeqcv distance shapes.png --threshold 100 --mask 5 --norm euclid --out out", runDistance, demoDistance},
+        {"fill", "flood fill from a seed pixel (equal values, or steps within --lo/--hi); area and bounding box",
+         "zeqcv fill photo.jpg --seed 120,80 --lo 4 --hi 4 --out out", runFill, demoFill},
         {"version", "the library's version record", "zeqcv version", runVersion, nullptr},
     };
     return table;

@@ -268,6 +268,63 @@ TEST_F(Cli, DistanceIsTheChamferTransformOfTheThresholdedImage) {
     }
 }
 
+TEST_F(Cli, FillPrintsAndWritesTheLibrarysRegion) {
+    // Blocks of equal values for the plain fill; a ramp with a wall at x = 12 for the gradient fill.
+    tool::Picture blocks = clitest::scene(21, 14, 1), ramp = blocks, row = clitest::scene(17, 1, 1);
+    for (int y = 0; y < 14; ++y)
+        for (int x = 0; x < 21; ++x) {
+            blocks.row8(y)[x] = uint8_t(40 * ((x / 5 + y / 4) % 3));
+            ramp.row8(y)[x] = uint8_t(x == 12 ? 255 : 3 * x + 2 * y);
+        }
+    for (int x = 0; x < 17; ++x) row.row8(0)[x] = uint8_t(x < 5 ? 9 : 70);  // one row: a plain fill reads above it
+    tool::writePng(path("blocks.png"), blocks);
+    tool::writePng(path("ramp.png"), ramp);
+    tool::writePng(path("row.png"), row);
+    struct Case {
+        const char* image;
+        const char* options;
+        bool gradient;
+        int connectivity, lo, hi;
+        ZeqiPoint seed;
+    };
+    const Case cases[] = {
+        {"ramp.png", "--seed 10,7 --lo 3 --hi 2 --connectivity 8", true, 8, 3, 2, {10, 7}},
+        {"ramp.png", "--seed 20,13 --lo 9 --value 7", true, 4, 9, 0, {20, 13}},
+        {"blocks.png", "--seed 3,2 --value 250", false, 4, 0, 0, {3, 2}},
+        {"row.png", "--seed 16,0 --connectivity 8", false, 8, 0, 0, {16, 0}},
+    };
+    for (const Case& c : cases) {
+        const auto r = run(std::string("fill ") + c.options + " '" + path(c.image) + "' -o '" + path("o") + "'");
+        ASSERT_EQ(0, r.status) << r.err;
+        auto expected = greyOf(path(c.image));
+        const int value = std::strstr(c.options, "--value") ? std::atoi(std::strstr(c.options, "--value") + 8) : 255;
+        zeqcv::Buffer<Zeq8u> buf;
+        ZeqiConnectedComp region;
+        if (c.gradient) {
+            ASSERT_EQ(zeqStsOk, buf.sized(zeqiFloodFillGetSize_Grad, expected.size()));
+            ASSERT_EQ(zeqStsOk, zeqcv::call(c.connectivity == 8 ? zeqiFloodFill_Grad8Con_8u_C1IR
+                                                                : zeqiFloodFill_Grad4Con_8u_C1IR,
+                                            expected, zeqcv::roi, c.seed, value, c.lo, c.hi, &region, buf.data()));
+        } else {
+            // With one row above (never the seed's value) so that a one-row image reads it safely.
+            zeqcv::Image<Zeq8u> framed(expected.width(), expected.height() + 1);
+            const auto inside = framed.view().sub({0, 1, expected.width(), expected.height()});
+            std::fill(framed.row(0), framed.row(0) + expected.width(), Zeq8u(expected.row(c.seed.y)[c.seed.x] + 1));
+            ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiCopy_8u_C1R, expected, inside, zeqcv::roi));
+            ASSERT_EQ(zeqStsOk, buf.sized(zeqiFloodFillGetSize, expected.size()));
+            ASSERT_EQ(zeqStsOk, zeqcv::call(c.connectivity == 8 ? zeqiFloodFill_8Con_8u_C1IR : zeqiFloodFill_4Con_8u_C1IR,
+                                            inside, zeqcv::roi, c.seed, value, &region, buf.data()));
+            ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiCopy_8u_C1R, inside, expected, zeqcv::roi));
+        }
+        expectSame(expected, greyOf(path("o/") + tool::stem(c.image) + "-fill.png"), c.options);
+        char line[160];
+        std::snprintf(line, sizeof line, "area %.0f, bounding box x %d, y %d, %d x %d", region.area, region.rect.x,
+                      region.rect.y, region.rect.width, region.rect.height);
+        EXPECT_NE(std::string::npos, r.out.find(line)) << c.options << ": " << r.out << " vs " << line;
+        EXPECT_GT(region.area, 1) << c.options;
+    }
+}
+
 TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
     clitest::writeJpeg(path("photo.jpg"), clitest::scene(90, 70, 3));
     for (const std::string& input : {std::string(), " --input '" + path("photo.jpg") + "'"}) {
