@@ -29,6 +29,8 @@ int runDistance(int argc, char** argv);                                // cmd_di
 void demoDistance(Demo& demo);
 int runFill(int argc, char** argv);                                    // cmd_fill.cpp
 void demoFill(Demo& demo);
+int runMorph(int argc, char** argv);                                   // cmd_morph.cpp
+void demoMorph(Demo& demo);
 
 }  // namespace tool
 

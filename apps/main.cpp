@@ -31,6 +31,8 @@ const std::vector<Command>& commands() {
          "zeqcv distance shapes.png --threshold 100 --mask 5 --norm euclid --out out", runDistance, demoDistance},
         {"fill", "flood fill from a seed pixel (equal values, or steps within --lo/--hi); area and bounding box",
          "zeqcv fill photo.jpg --seed 120,80 --lo 4 --hi 4 --out out", runFill, demoFill},
+        {"morph", "dilate, erode, open or close with a rectangle, cross or ellipse",
+         "zeqcv morph scan.png --op close --shape ellipse --size 7 --out out", runMorph, demoMorph},
         {"version", "the library's version record", "zeqcv version", runVersion, nullptr},
     };
     return table;

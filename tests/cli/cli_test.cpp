@@ -325,6 +325,42 @@ TEST_F(Cli, FillPrintsAndWritesTheLibrarysRegion) {
     }
 }
 
+TEST_F(Cli, MorphIsTheStripMorphologyOfTheState) {
+    using Strip = ZeqStatus (*)(const Zeq8u*, int, Zeq8u*, int, ZeqiSize*, ZeqiMorphState*, int);
+    struct Case {
+        const char* options;
+        int channels, kind;
+        ZeqiSize mask;
+        Strip first, second;  // second: null for one step
+    };
+    const Case cases[] = {
+        {"--op dilate --size 3x5", 1, 0, {3, 5}, zeqiDilateStrip_Rect_8u_C1R, nullptr},
+        {"--op dilate --size 3x5 --minmax", 1, 0, {3, 5}, zeqiDilateStrip_Rect_8u_C1R, nullptr},
+        {"--op erode --shape rect --size 4 --minmax", 3, 0, {4, 4}, zeqiErodeStrip_Rect_8u_C3R, nullptr},
+        {"--op open --shape cross --size 5", 3, 1, {5, 5}, zeqiErodeStrip_Cross_8u_C3R, zeqiDilateStrip_Cross_8u_C3R},
+        {"--op close --shape ellipse --size 7x5", 1, 2, {7, 5}, zeqiDilateStrip_Ellipse_8u_C1R,
+         zeqiErodeStrip_Ellipse_8u_C1R},
+    };
+    for (const Case& c : cases) {
+        tool::writePng(path("m.png"), clitest::scene(26, 17, c.channels));
+        const auto r = run(std::string("morph ") + c.options + " '" + path("m.png") + "' -o '" + path("o") + "'");
+        ASSERT_EQ(0, r.status) << r.err;
+        auto expected = imageOf(path("m.png"), c.channels);
+        for (Strip f : {c.first, c.second}) {
+            if (!f) continue;
+            zeqcv::MorphState state;
+            ASSERT_EQ(zeqStsOk, state.init(zeqiMorphologyInitAlloc, 26, int(zeq8u), c.channels, c.mask,
+                                           ZeqiPoint{c.mask.width / 2, c.mask.height / 2}, c.kind, nullptr));
+            zeqcv::Image<Zeq8u> out(26, 17, c.channels);
+            ZeqiSize rows = {26, 17};
+            ASSERT_EQ(zeqStsOk, zeqcv::call(f, expected, out, &rows, state.get(), 0));
+            expected = std::move(out);
+        }
+        const std::string op = std::strstr(c.options, "--op ") + 5;
+        expectSame(expected, imageOf(path("o/m-") + op.substr(0, op.find(' ')) + ".png", c.channels), c.options);
+    }
+}
+
 TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
     clitest::writeJpeg(path("photo.jpg"), clitest::scene(90, 70, 3));
     for (const std::string& input : {std::string(), " --input '" + path("photo.jpg") + "'"}) {
