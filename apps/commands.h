@@ -31,6 +31,8 @@ int runFill(int argc, char** argv);                                    // cmd_fi
 void demoFill(Demo& demo);
 int runMorph(int argc, char** argv);                                   // cmd_morph.cpp
 void demoMorph(Demo& demo);
+int runMotion(int argc, char** argv);                                  // cmd_motion.cpp
+void demoMotion(Demo& demo);
 
 }  // namespace tool
 

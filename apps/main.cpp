@@ -33,6 +33,8 @@ const std::vector<Command>& commands() {
          "zeqcv fill photo.jpg --seed 120,80 --lo 4 --hi 4 --out out", runFill, demoFill},
         {"morph", "dilate, erode, open or close with a rectangle, cross or ellipse",
          "zeqcv morph scan.png --op close --shape ellipse --size 7 --out out", runMorph, demoMorph},
+        {"motion", "motion-history image over a sequence of frames (where and how recently they changed)",
+         "zeqcv motion frames/ --threshold 25 --duration 10 --out out", runMotion, demoMotion},
         {"version", "the library's version record", "zeqcv version", runVersion, nullptr},
     };
     return table;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <complex>
 #include <cstring>
+#include <set>
 
 namespace {
 
@@ -359,6 +360,41 @@ TEST_F(Cli, MorphIsTheStripMorphologyOfTheState) {
         const std::string op = std::strstr(c.options, "--op ") + 5;
         expectSame(expected, imageOf(path("o/m-") + op.substr(0, op.find(' ')) + ".png", c.channels), c.options);
     }
+}
+
+TEST_F(Cli, MotionHistoryOfFramesIsTheLibrarysUpdate) {
+    std::vector<tool::Picture> frames;
+    std::string names;
+    for (int i = 0; i < 5; ++i) {
+        frames.push_back(clitest::scene(19, 12, 1));
+        for (int y = 2; y < 7; ++y)  // a bright bar moving right, 3 pixels a frame
+            for (int x = 3 * i; x < 3 * i + 4; ++x) frames.back().row8(y)[x] = 255;
+        tool::writePng(path("f" + std::to_string(i) + ".png"), frames.back());
+        names += " '" + path("f" + std::to_string(i) + ".png") + "'";
+    }
+    const auto r = run("motion --raw --threshold 40 --duration 2.5" + names + " -o '" + path("o") + "'");
+    ASSERT_EQ(0, r.status) << r.err;
+    zeqcv::Image<Zeq32f> mhi(19, 12);
+    zeqcv::Image<Zeq8u> silhouette(19, 12);
+    ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiSet_32f_C1R, 0.0f, mhi, zeqcv::roi));
+    for (int i = 1; i < 5; ++i) {
+        const auto a = greyOf(path("f" + std::to_string(i - 1) + ".png")), b = greyOf(path("f" + std::to_string(i) + ".png"));
+        for (int y = 0; y < 12; ++y)
+            for (int x = 0; x < 19; ++x) silhouette.row(y)[x] = std::abs(a.row(y)[x] - b.row(y)[x]) > 40 ? 1 : 0;
+        ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiUpdateMotionHistory_8u32f_C1IR, silhouette, mhi, zeqcv::roi, float(i), 2.5f));
+    }
+    const auto got = clitest::readPfm(path("o/motion-mhi.pfm"));
+    ASSERT_TRUE(got);
+    std::set<float> seen;
+    for (int y = 0; y < 12; ++y)
+        for (int x = 0; x < 19; ++x) {
+            ASSERT_EQ(mhi.row(y)[x], got.row(y)[x]) << x << "," << y;
+            seen.insert(got.row(y)[x]);
+        }
+    EXPECT_EQ(std::set<float>({0, 2, 3, 4}), seen) << "the mark of frame 1 is older than 4 - 2.5";
+    const auto one = run("motion '" + path("f0.png") + "' -o '" + path("o1") + "'");
+    EXPECT_EQ(1, one.status);
+    EXPECT_NE(std::string::npos, one.err.find("at least two frames")) << one.err;
 }
 
 TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
