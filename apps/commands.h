@@ -33,6 +33,8 @@ int runMorph(int argc, char** argv);                                   // cmd_mo
 void demoMorph(Demo& demo);
 int runMotion(int argc, char** argv);                                  // cmd_motion.cpp
 void demoMotion(Demo& demo);
+int runSampleLine(int argc, char** argv);                              // cmd_sampleline.cpp
+void demoSampleLine(Demo& demo);
 
 }  // namespace tool
 

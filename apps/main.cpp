@@ -35,6 +35,8 @@ const std::vector<Command>& commands() {
          "zeqcv morph scan.png --op close --shape ellipse --size 7 --out out", runMorph, demoMorph},
         {"motion", "motion-history image over a sequence of frames (where and how recently they changed)",
          "zeqcv motion frames/ --threshold 25 --duration 10 --out out", runMotion, demoMotion},
+        {"sample-line", "the pixels along a straight line, with their positions (printed or CSV)",
+         "zeqcv sample-line photo.jpg --from 10,200 --to 600,40 --csv --out out", runSampleLine, demoSampleLine},
         {"version", "the library's version record", "zeqcv version", runVersion, nullptr},
     };
     return table;

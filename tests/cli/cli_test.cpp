@@ -397,6 +397,51 @@ TEST_F(Cli, MotionHistoryOfFramesIsTheLibrarysUpdate) {
     EXPECT_NE(std::string::npos, one.err.find("at least two frames")) << one.err;
 }
 
+TEST_F(Cli, SampleLinePrintsTheLibrarysSamples) {
+    tool::writePng(path("s.png"), clitest::scene(23, 15, 3));
+    struct Case {
+        ZeqiPoint from, to;
+        bool rgb, csv;
+    };
+    for (const Case c : {Case{{1, 13}, {21, 2}, false, false}, Case{{22, 0}, {0, 14}, true, true},
+                         Case{{5, 5}, {5, 5}, false, true}, Case{{7, 14}, {7, 0}, true, false}}) {
+        const std::string pts = "--from " + std::to_string(c.from.x) + "," + std::to_string(c.from.y) + " --to " +
+                                std::to_string(c.to.x) + "," + std::to_string(c.to.y);
+        const auto r = run("sample-line " + pts + (c.rgb ? " --rgb" : "") + (c.csv ? " --csv" : "") + " '" +
+                           path("s.png") + "' -o '" + path("o") + "'");
+        ASSERT_EQ(0, r.status) << r.err;
+        const int ch = c.rgb ? 3 : 1;
+        const auto image = imageOf(path("s.png"), ch);
+        const int n = std::max(std::abs(c.to.x - c.from.x), std::abs(c.to.y - c.from.y)) + 1;
+        std::vector<Zeq8u> values(size_t(n * ch));
+        ASSERT_EQ(zeqStsOk, zeqcv::call(ch == 3 ? zeqiSampleLine_8u_C3R : zeqiSampleLine_8u_C1R, image, zeqcv::roi,
+                                        values.data(), c.from, c.to));
+        // The rows after the header: x y and the values; the positions hold those values.
+        std::istringstream in(c.csv ? clitest::slurp(path("o/s-line.csv")) : r.out.substr(r.out.find('\n') + 1));
+        std::string header;
+        std::getline(in, header);
+        std::replace(header.begin(), header.end(), ',', ' ');
+        EXPECT_EQ(c.rgb ? "x y r g b" : "x y value", header);
+        for (int i = 0; i < n; ++i) {
+            std::string line;
+            ASSERT_TRUE(std::getline(in, line)) << pts << ": " << i;
+            std::replace(line.begin(), line.end(), ',', ' ');
+            std::istringstream words(line);
+            int x, y, v[3];
+            words >> x >> y;
+            for (int k = 0; k < ch; ++k) words >> v[k];
+            if (i == 0) EXPECT_TRUE(x == c.from.x && y == c.from.y) << line;
+            if (i == n - 1) EXPECT_TRUE(x == c.to.x && y == c.to.y) << line;
+            for (int k = 0; k < ch; ++k) {
+                EXPECT_EQ(values[size_t(i * ch + k)], v[k]) << pts << ": " << line;
+                EXPECT_EQ(image.row(y)[x * ch + k], v[k]) << pts << ": " << line;
+            }
+        }
+        EXPECT_EQ(c.csv ? "s-line.csv " : "", listing(path("o")));
+        ASSERT_EQ(0, std::system(("rm -rf '" + path("o") + "'").c_str()));
+    }
+}
+
 TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
     clitest::writeJpeg(path("photo.jpg"), clitest::scene(90, 70, 3));
     for (const std::string& input : {std::string(), " --input '" + path("photo.jpg") + "'"}) {
