@@ -35,6 +35,8 @@ int runMotion(int argc, char** argv);                                  // cmd_mo
 void demoMotion(Demo& demo);
 int runSampleLine(int argc, char** argv);                              // cmd_sampleline.cpp
 void demoSampleLine(Demo& demo);
+int runMatch(int argc, char** argv);                                   // cmd_match.cpp
+void demoMatch(Demo& demo);
 
 }  // namespace tool
 

@@ -37,6 +37,8 @@ const std::vector<Command>& commands() {
          "zeqcv motion frames/ --threshold 25 --duration 10 --out out", runMotion, demoMotion},
         {"sample-line", "the pixels along a straight line, with their positions (printed or CSV)",
          "zeqcv sample-line photo.jpg --from 10,200 --to 600,40 --csv --out out", runSampleLine, demoSampleLine},
+        {"match", "template matching by one of six scores: best positions printed, score map written",
+         "zeqcv match photo.jpg --template eye.png --method coeff-normed --best 3 --out out", runMatch, demoMatch},
         {"version", "the library's version record", "zeqcv version", runVersion, nullptr},
     };
     return table;

@@ -444,6 +444,47 @@ TEST_F(Cli, SampleLinePrintsTheLibrarysSamples) {
     }
 }
 
+TEST_F(Cli, MatchWritesTheScoreMapAndPrintsItsBestWindows) {
+    using Match = ZeqStatus (*)(const Zeq8u*, int, ZeqiSize, const Zeq8u*, int, ZeqiSize, Zeq32f*, int);
+    tool::Picture image = clitest::scene(40, 27, 1), tpl = clitest::scene(7, 5, 1);
+    for (int y = 0; y < 5; ++y)
+        for (int x = 0; x < 7; ++x) tpl.row8(y)[x] = image.row8(15 + y)[22 + x];  // the best window is at 22,15
+    tool::writePng(path("i.png"), image);
+    tool::writePng(path("t.png"), tpl);
+    const struct {
+        const char* method;
+        Match function;
+        bool low;
+    } cases[] = {{"coeff-normed", zeqiMatchTemplate_CoeffNormed_8u32f_C1R, false},
+                 {"sqdiff", zeqiMatchTemplate_SqDiff_8u32f_C1R, true},
+                 {"corr", zeqiMatchTemplate_Corr_8u32f_C1R, false}};
+    for (const auto& c : cases) {
+        const auto r = run(std::string("match --raw --best 2 --method ") + c.method + " --template '" + path("t.png") +
+                           "' '" + path("i.png") + "' -o '" + path(c.method) + "'");
+        ASSERT_EQ(0, r.status) << r.err;
+        const auto gi = greyOf(path("i.png")), gt = greyOf(path("t.png"));
+        zeqcv::Image<Zeq32f> expected(34, 23);
+        ASSERT_EQ(zeqStsOk, zeqcv::call(c.function, gi, gi.size(), gt, gt.size(), expected));
+        const auto got = clitest::readPfm(path(c.method) + "/i-match.pfm");
+        ASSERT_TRUE(got && got.width() == 34 && got.height() == 23) << c.method;
+        Zeq32f best = expected.row(0)[0];
+        ZeqiPoint at = {0, 0};
+        for (int y = 0; y < 23; ++y)
+            for (int x = 0; x < 34; ++x) {
+                ASSERT_EQ(expected.row(y)[x], got.row(y)[x]) << c.method << " at " << x << "," << y;
+                if (c.low ? expected.row(y)[x] < best : expected.row(y)[x] > best) best = expected.row(y)[x], at = {x, y};
+            }
+        char line[96];
+        std::snprintf(line, sizeof line, "best 1 at %d,%d (centre %d,%d) score %.9g", at.x, at.y, at.x + 3, at.y + 2,
+                      double(best));
+        EXPECT_NE(std::string::npos, r.out.find(line)) << r.out << " lacks " << line;
+        EXPECT_NE(std::string::npos, r.out.find("best 2 at")) << r.out;
+        if (c.function != zeqiMatchTemplate_Corr_8u32f_C1R) {
+            EXPECT_TRUE(at.x == 22 && at.y == 15) << c.method;
+        }
+    }
+}
+
 TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
     clitest::writeJpeg(path("photo.jpg"), clitest::scene(90, 70, 3));
     for (const std::string& input : {std::string(), " --input '" + path("photo.jpg") + "'"}) {
