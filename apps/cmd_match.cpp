@@ -35,9 +35,10 @@ const Method& methodOf(const Args& args) {
     return *std::find_if(std::begin(kMethods), std::end(kMethods), [&](const Method& m) { return name == m.name; });
 }
 
-zeqcv::Image<Zeq32f> scores(const zeqcv::Image<Zeq8u>& image, const zeqcv::Image<Zeq8u>& tpl, const Method& m) {
+zeqcv::Image<Zeq32f> scores(const zeqcv::Image<Zeq8u>& image, const zeqcv::Image<Zeq8u>& tpl, const Method& m,
+                            const std::string& path = "the image") {
     if (tpl.width() > image.width() || tpl.height() > image.height())
-        fail("the template (" + std::to_string(tpl.width()) + " x " + std::to_string(tpl.height()) +
+        fail(path + ": the template (" + std::to_string(tpl.width()) + " x " + std::to_string(tpl.height()) +
              ") is larger than the image (" + std::to_string(image.width()) + " x " + std::to_string(image.height()) + ")");
     auto map = newImage<Zeq32f>(image.width() - tpl.width() + 1, image.height() - tpl.height() + 1);
     zeqcv::check(zeqcv::call(m.function, image, image.size(), tpl, tpl.size(), map), m.functionName);
@@ -100,7 +101,7 @@ int runMatch(int argc, char** argv) {
     return runBatch(args, [&](const std::string& path) {
         const auto image = grey8(readPicture(path));
         zeqcv::Image<Zeq32f> map;
-        const double ms = timeMs([&] { map = scores(image, tpl, m); });
+        const double ms = timeMs([&] { map = scores(image, tpl, m, path); });
         const std::vector<Match> found = best(map, tpl.size(), m, n);
         const std::string base = joinPath(args.outDir, stem(path));
         std::printf("%s\n", saveFloat(base + "-match", map.view(), args.raw).c_str());
@@ -124,7 +125,7 @@ void demoMatch(Demo& demo) {
     const std::vector<Match> found = best(map, tpl.size(), m, 1);
     std::printf("match: template from %d,%d found %s\n", cut.x, cut.y, describe(found[0], tpl.size()).c_str());
     demo.save("match", map.view());
-    demo.tile("match score, best " + std::to_string(found[0].at.x) + "," + std::to_string(found[0].at.y),
+    demo.tile("match, best at " + std::to_string(found[0].at.x) + "," + std::to_string(found[0].at.y),
               scaleTo8u(map.view(), -1, 1).view());
 }
 

@@ -88,18 +88,25 @@ void demoSampleLine(Demo& demo) {
     Samples s;
     demo.time("sample a line", "zeqiSampleLine_8u_C1R zeqiSampleLine_32f_C3R",
               [&] { s = sampleLine(demo.grey, from, to); });
-    // The line in red over the grey image, its profile in yellow along the bottom.
+    // The line in red over the grey image; its profile in yellow over a
+    // darkened band along the bottom.
     Picture p = fitRgb(pictureOf(demo.grey.view()), w, h);
     auto put = [&](int x, int y, Rgb c) {
         if (x < 0 || y < 0 || x >= w || y >= h) return;
         uint8_t* px = p.row8(y) + size_t(x) * 3;
         px[0] = c.r, px[1] = c.g, px[2] = c.b;
     };
-    const int plotH = h / 3;
+    const int plotH = h / 3, thick = std::max(1, w / 200);
+    for (int y = h - plotH - 4; y < h; ++y)
+        for (size_t i = 0; i < size_t(w) * 3; ++i) p.row8(y)[i] = uint8_t(p.row8(y)[i] / 4);
+    int lastY = -1;
     for (size_t i = 0; i < s.at.size(); ++i) {
-        put(s.at[i].x, s.at[i].y, {240, 40, 40});
-        const int x = int(i * size_t(w) / s.at.size()), y = h - 1 - s.values[i] * plotH / 255;
-        for (int dy = -1; dy <= 1; ++dy) put(x, y + dy, {250, 220, 40});
+        for (int d = 0; d < thick; ++d) put(s.at[i].x + d, s.at[i].y, {240, 40, 40});
+        const int x = int(i * size_t(w) / s.at.size()), y = h - 2 - s.values[i] * plotH / 255;
+        const int from = lastY < 0 ? y : std::min(y, lastY), to = lastY < 0 ? y : std::max(y, lastY);
+        for (int yy = from - thick / 2; yy <= to + thick / 2; ++yy)
+            for (int d = 0; d < thick; ++d) put(x + d, yy, {250, 220, 40});
+        lastY = y;
     }
     std::string rows = table(s, ',');
     writeText(joinPath(demo.outDir, "line.csv"), rows);

@@ -491,7 +491,8 @@ TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
         const auto r = run("demo --out '" + path("demo") + "'" + input);
         ASSERT_EQ(0, r.status) << r.err;
         EXPECT_NE(std::string::npos, r.out.find("overview.png")) << r.out;
-        for (const char* f : {"overview.png", "edges.png", "spectrum.png", "absdiff.png", "minmax.png", "direction.png"})
+        for (const char* f : {"overview.png", "edges.png", "spectrum.png", "absdiff.png", "minmax.png", "direction.png",
+                              "pyramid-down4.png", "fill.png", "close-ellipse9.png", "line.png", "motion-mhi.png"})
             EXPECT_NO_THROW(tool::readPicture(path("demo/") + f)) << f;
         for (const auto& name : names(path("demo"))) EXPECT_NE('.', name[0]) << "a temporary file stayed: " << name;
     }
@@ -503,7 +504,8 @@ TEST_F(Cli, VersionAndHelp) {
     EXPECT_NE(std::string::npos, v.out.find("libzeqcvw7.so v4.1")) << v.out;
     const auto h = run("--help");
     EXPECT_EQ(0, h.status);
-    for (const char* c : {"demo", "diff", "accumulate", "stats", "gradient", "edges", "spectrum", "version"})
+    for (const char* c : {"demo", "diff", "accumulate", "stats", "gradient", "edges", "spectrum", "pyramid", "distance",
+                          "fill", "morph", "motion", "sample-line", "match", "version"})
         EXPECT_NE(std::string::npos, h.out.find(std::string("\n  zeqcv ") + c)) << c << " has no example";
 }
 
