@@ -21,7 +21,10 @@ struct Samples {
 Samples sampleLine(const zeqcv::Image<Zeq8u>& image, ZeqiPoint from, ZeqiPoint to) {
     Samples s;
     s.channels = image.channels();
-    const long long n = std::max(std::llabs((long long)to.x - from.x), std::llabs((long long)to.y - from.y)) + 1;
+    long long n = std::max(std::llabs((long long)to.x - from.x), std::llabs((long long)to.y - from.y)) + 1;
+    // A line between two pixels of the image has at most max(w, h) pixels; a
+    // longer one has a point outside, which the library refuses before writing.
+    if (n > std::max(image.width(), image.height())) n = 1;
     s.values.resize(size_t(n) * size_t(s.channels));
     if (s.channels == 3) ZEQCV_CHECKED(zeqiSampleLine_8u_C3R, image, zeqcv::roi, s.values.data(), from, to);
     else ZEQCV_CHECKED(zeqiSampleLine_8u_C1R, image, zeqcv::roi, s.values.data(), from, to);

@@ -88,6 +88,8 @@ TEST_F(Cli, BadInputIsRefusedCleanly) {
         {"one frame", "motion {dir}/good.png -o {dir}/out", 1, "at least two frames", nullptr},
         {"line leaves the image", "sample-line --from 0,0 --to 12,3 --csv {dir}/good.png -o {dir}/out", 1,
          "zeqStsOutOfRange", "good.png"},
+        {"line far outside", "sample-line --from 0,0 --to 2000000000,-2000000000 {dir}/good.png", 1, "zeqStsOutOfRange",
+         "good.png"},
         {"template larger", "match --template {dir}/good.png {dir}/small.png -o {dir}/out", 1, "larger than the image",
          "small.png"},
         {"missing template", "match --template {dir}/missing.png {dir}/good.png -o {dir}/out", 1, "No such file",
