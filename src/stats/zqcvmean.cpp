@@ -275,40 +275,99 @@ ZeqStatus meanStdDev(const T* src, int srcStep, const Zeq8u* mask, int maskStep,
 }  // namespace
 
 // ---- Mean under a mask ----
-#define ZQ_MEAN(T, t)                                                                                              \
-    ZeqStatus zeqiMean_##t##_C1MR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, \
-                                  Zeq64f* pMean) {                                                                 \
-        return mean<T, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);                                      \
-    }                                                                                                              \
-    ZeqStatus zeqiMean_##t##_C3CMR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,                  \
-                                   ZeqiSize roiSize, int coi, Zeq64f* pMean) {                                     \
-        return mean<T, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);                                    \
-    }
+
+ZeqStatus zeqiMean_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                           Zeq64f* pMean) {
+    return mean<Zeq8u, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);
+}
+ZeqStatus zeqiMean_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                            int coi, Zeq64f* pMean) {
+    return mean<Zeq8u, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);
+}
+ZeqStatus zeqiMean_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                           Zeq64f* pMean) {
+    return mean<Zeq8s, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);
+}
+ZeqStatus zeqiMean_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                            int coi, Zeq64f* pMean) {
+    return mean<Zeq8s, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);
+}
+ZeqStatus zeqiMean_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                            Zeq64f* pMean) {
+    return mean<Zeq16u, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);
+}
+ZeqStatus zeqiMean_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                             int coi, Zeq64f* pMean) {
+    return mean<Zeq16u, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);
+}
+ZeqStatus zeqiMean_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                            Zeq64f* pMean) {
+    return mean<Zeq32f, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);
+}
+ZeqStatus zeqiMean_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                             int coi, Zeq64f* pMean) {
+    return mean<Zeq32f, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);
+}
 
 // ---- Mean and standard deviation, whole region and masked ----
-#define ZQ_MEAN_STDDEV(T, t)                                                                                       \
-    ZeqStatus zeqiMean_StdDev_##t##_C1R(const T* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean,              \
-                                        Zeq64f* pStdDev) {                                                         \
-        return meanStdDev<T, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);                    \
-    }                                                                                                              \
-    ZeqStatus zeqiMean_StdDev_##t##_C3CR(const T* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,    \
-                                         Zeq64f* pStdDev) {                                                        \
-        return meanStdDev<T, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);                  \
-    }                                                                                                              \
-    ZeqStatus zeqiMean_StdDev_##t##_C1MR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,            \
-                                         ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {                       \
-        return meanStdDev<T, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);              \
-    }                                                                                                              \
-    ZeqStatus zeqiMean_StdDev_##t##_C3CMR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,           \
-                                          ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev) {             \
-        return meanStdDev<T, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);            \
-    }
 
-ZQ_MEAN(Zeq8u, 8u)
-ZQ_MEAN(Zeq8s, 8s)
-ZQ_MEAN(Zeq16u, 16u)
-ZQ_MEAN(Zeq32f, 32f)
-ZQ_MEAN_STDDEV(Zeq8u, 8u)
-ZQ_MEAN_STDDEV(Zeq8s, 8s)
-ZQ_MEAN_STDDEV(Zeq16u, 16u)
-ZQ_MEAN_STDDEV(Zeq32f, 32f)
+ZeqStatus zeqiMean_StdDev_8u_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8u, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8u_C3CR(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,
+                                  Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8u, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                  Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8u, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                   int coi, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8u, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8s_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8s, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8s_C3CR(const Zeq8s* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,
+                                  Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8s, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                  Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8s, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                   int coi, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8s, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_16u_C1R(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq16u, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_16u_C3CR(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,
+                                   Zeq64f* pStdDev) {
+    return meanStdDev<Zeq16u, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                   ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq16u, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                    ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq16u, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq32f, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_32f_C3CR(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,
+                                   Zeq64f* pStdDev) {
+    return meanStdDev<Zeq32f, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                   ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq32f, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                    ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq32f, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);
+}
