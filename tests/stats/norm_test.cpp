@@ -208,32 +208,6 @@ TYPED_TEST(Norm, StatusesInOrderAndNothingWritten) {
             }
 }
 
-// Float rows need only start on an even byte: the results equal those of the same pixels stored aligned.
-TEST(Norm32f, EvenStepThatIsNoWholeElementCount) {
-    const int w = 37, h = 4, step = 4 * w * 3 + 2;
-    Rng rng(5);
-    Image<float> a(w, h, 3), b(w, h, 3);
-    Image<Zeq8u> m(w, h);
-    a.fillRandom(rng);
-    b.fillRandom(rng);
-    m.fill([&](int, int, int) { return rng.uniform(0, 1); });
-    std::vector<uint8_t> ra(size_t(step) * h + 4), rb(ra.size());
-    for (int y = 0; y < h; ++y) {
-        std::memcpy(ra.data() + 2 + size_t(y) * step, a.row(y), size_t(4 * w * 3));
-        std::memcpy(rb.data() + 2 + size_t(y) * step, b.row(y), size_t(4 * w * 3));
-    }
-    const float* pa = reinterpret_cast<const float*>(ra.data() + 2);
-    const float* pb = reinterpret_cast<const float*>(rb.data() + 2);
-    for (Family f : kFamilies)
-        for (int k = kInf; k <= kL2; ++k)
-            for (int coi = 1; coi <= 3; ++coi) {
-                double got = 0, want = 1;
-                callNorm<float>(f, k, 3, pa, step, pb, step, m.ptr(), m.step(), a.size(), coi, &got);
-                callNorm<float>(f, k, 3, a.ptr(), a.step(), b.ptr(), b.step(), m.ptr(), m.step(), a.size(), coi, &want);
-                EXPECT_EQ(zqt::bitsOf(want), zqt::bitsOf(got)) << int(f) << " " << k << " " << coi;
-            }
-}
-
 TEST(NormRel, ZeroDenominatorGivesInfinityOrNaNAndAWarning) {
     Zeq8u a8[4] = {1, 2, 3, 4}, b8[4] = {5, 6, 7, 8}, none[4] = {0, 0, 0, 0}, all[4] = {1, 1, 1, 1};
     double out = 0;
