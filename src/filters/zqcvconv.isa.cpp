@@ -5,6 +5,8 @@
 #include "filters/zqcvconv.h"
 #include "core/zqcvcore.h"
 
+#include <immintrin.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <type_traits>
@@ -23,25 +25,66 @@ struct VecOf {
     typedef E type __attribute__((vector_size(sizeof(E) * N)));
 };
 
-// N elements of T at p, widened to W lanes.
+// N elements of T at p, widened to W lanes (the processor's widening
+// loads: the compiler's own conversion goes element by element).
 template <class W, int N, class T>
 inline typename VecOf<W, N>::type loadAs(const T* p) {
-    typename VecOf<T, N>::type v;
-    __builtin_memcpy(&v, p, sizeof v);
-    if constexpr (std::is_same<T, W>::value) return v;
-    else return __builtin_convertvector(v, typename VecOf<W, N>::type);
+    using V = typename VecOf<W, N>::type;
+    if constexpr (std::is_same<T, W>::value) {
+        V v;
+        __builtin_memcpy(&v, p, sizeof v);
+        return v;
+    } else {
+        constexpr bool sig = std::is_signed<T>::value;
+        if constexpr (N == 4) {
+            int32_t bytes;
+            __builtin_memcpy(&bytes, p, 4);
+            const __m128i b = _mm_cvtsi32_si128(bytes);
+            if constexpr (sig) {
+                const __m128i w = _mm_unpacklo_epi8(b, b);
+                return V(_mm_srai_epi32(_mm_unpacklo_epi16(w, w), 24));
+            } else {
+                const __m128i z = _mm_setzero_si128();
+                return V(_mm_unpacklo_epi16(_mm_unpacklo_epi8(b, z), z));
+            }
+        }
+#if ZQ_TIER >= 1
+        else if constexpr (N == 8) {
+            const __m128i b = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+            return V(sig ? _mm256_cvtepi8_epi32(b) : _mm256_cvtepu8_epi32(b));
+        }
+#endif
+#if ZQ_TIER >= 2
+        else {
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+            return V(sig ? _mm512_cvtepi8_epi32(b) : _mm512_cvtepu8_epi32(b));
+        }
+#endif
+    }
 }
 
-// The taps over values at(offset), in their summing order.
-template <class R, class W, class At>
-inline R sumTaps(const Taps<W>& t, At at) {
-    R acc = at(t.offset[0]) * t.weight[0];
-    if (t.negative[0]) acc = -acc;
-    for (int i = 1; i < t.n; ++i) {
-        const R term = at(t.offset[i]) * t.weight[i];
-        acc = t.negative[i] ? acc - term : acc + term;
-    }
+// The taps over values at(offset), in their summing order, K of them. A
+// negative weight is added as its signed product: x + s * -w is x - s * w to
+// the bit, so no branch is needed.
+template <int K, class R, class W, class At>
+inline R sumTapsK(const Taps<W>& t, At at) {
+    R acc = at(t.offset[0]) * (t.negative[0] ? -t.weight[0] : t.weight[0]);
+    for (int i = 1; i < K; ++i) acc = acc + at(t.offset[i]) * (t.negative[i] ? -t.weight[i] : t.weight[i]);
     return acc;
+}
+
+// Runs f with the tap count as a constant.
+template <class F>
+inline void withTapCount(int n, F f) {
+    switch (n) {
+    case 1: return f(std::integral_constant<int, 1>());
+    case 2: return f(std::integral_constant<int, 2>());
+    case 3: return f(std::integral_constant<int, 3>());
+    case 4: return f(std::integral_constant<int, 4>());
+    case 5: return f(std::integral_constant<int, 5>());
+    case 6: return f(std::integral_constant<int, 6>());
+    default: return f(std::integral_constant<int, 7>());
+    }
 }
 
 inline int16_t saturate16(int32_t v) { return int16_t(std::min(std::max(v, -32768), 32767)); }
@@ -54,13 +97,22 @@ inline void storeOne(D* p, W v) {
 
 template <class D, int N, class V>
 inline void storeVec(D* p, V v) {
-    if constexpr (std::is_same<D, Zeq16s>::value) {
-        using I32 = typename VecOf<int32_t, N>::type;
-        const I32 lo = I32{} - 32768, hi = I32{} + 32767;
-        v = v < lo ? lo : v;
-        v = v > hi ? hi : v;
-        const auto narrow = __builtin_convertvector(v, typename VecOf<int16_t, N>::type);
-        __builtin_memcpy(p, &narrow, sizeof narrow);
+    if constexpr (std::is_same<D, Zeq16s>::value) {  // the processor's saturating packs
+        if constexpr (N == 4) {
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_packs_epi32(__m128i(v), __m128i(v)));
+        }
+#if ZQ_TIER >= 1
+        else if constexpr (N == 8) {
+            const __m256i w = __m256i(v);
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(p),
+                             _mm_packs_epi32(_mm256_castsi256_si128(w), _mm256_extracti128_si256(w, 1)));
+        }
+#endif
+#if ZQ_TIER >= 2
+        else {
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtsepi32_epi16(__m512i(v)));
+        }
+#endif
     } else {
         __builtin_memcpy(p, &v, sizeof v);
     }
@@ -70,46 +122,57 @@ inline void storeVec(D* p, V v) {
 
 namespace zq {
 
+// Flattened: every lambda and helper below is inlined, so the vectors of
+// the wider tiers stay in registers.
 template <Isa I, class T, class W>
-void ownConvRow(const T* src, int width, const Taps<W>& taps, W* out) {
+__attribute__((flatten)) void ownConvRow(const T* src, int width, const Taps<W>& taps, W* out) {
     constexpr int N = isaBytes(I) / 4;
     using V = typename VecOf<W, N>::type;
     int reach = 0;  // the farthest tap from the centre
     for (int i = 0; i < taps.n; ++i) reach = std::max(reach, std::abs(taps.offset[i]));
-    auto scalarAt = [&](int x) {
-        const W v = sumTaps<W>(taps, [&](int o) { return W(zq::loadu(src + std::min(std::max(x + o, 0), width - 1))); });
-        zq::storeu(out + x, v);
-    };
-    const int left = std::min(reach, width);
-    for (int x = 0; x < left; ++x) scalarAt(x);
-    int x = left;
-    for (; x + N <= width - reach; x += N) {
-        const V v = sumTaps<V>(taps, [&](int o) { return loadAs<W, N>(src + x + o); });
-        __builtin_memcpy(out + x, &v, sizeof v);
-    }
-    for (; x < width; ++x) scalarAt(x);
+    withTapCount(taps.n, [&](auto k) {
+        constexpr int K = decltype(k)::value;
+        auto scalarAt = [&](int x) {
+            zq::storeu(out + x, sumTapsK<K, W>(taps, [&](int o) {
+                return W(zq::loadu(src + std::min(std::max(x + o, 0), width - 1)));
+            }));
+        };
+        const int left = std::min(reach, width);
+        for (int x = 0; x < left; ++x) scalarAt(x);
+        int x = left;
+        for (; x + N <= width - reach; x += N) {
+            const V v = sumTapsK<K, V>(taps, [&](int o) { return loadAs<W, N>(src + x + o); });
+            __builtin_memcpy(out + x, &v, sizeof v);
+        }
+        for (; x < width; ++x) scalarAt(x);
+    });
 }
 
 template <Isa I, class W, class D>
-void ownConvCol(const W* const* rows, const Taps<W>& taps, const W* const* rows2, const Taps<W>* taps2, int k2,
-                D* out, int width) {
+__attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& taps, const W* const* rows2,
+                                         const Taps<W>* taps2, int k2, D* out, int width) {
     constexpr int N = isaBytes(I) / 4;
     using V = typename VecOf<W, N>::type;
-    auto sumAt = [&](auto tag, int x) {
-        using R = typename decltype(tag)::type;
-        auto at = [&](const W* const* r) {
-            return [&, r](int o) {
-                if constexpr (std::is_same<R, W>::value) return zq::loadu(r[k2 + o] + x);
-                else return loadAs<W, N>(r[k2 + o] + x);
+    withTapCount(taps.n, [&](auto k) {
+      withTapCount(taps2 ? taps2->n : 1, [&](auto k2nd) {
+        constexpr int K = decltype(k)::value, K2 = decltype(k2nd)::value;
+        auto sumAt = [&](auto tag, int x) {
+            using R = typename decltype(tag)::type;
+            auto at = [&](const W* const* r) {
+                return [&, r](int o) {
+                    if constexpr (std::is_same<R, W>::value) return zq::loadu(r[k2 + o] + x);
+                    else return loadAs<W, N>(r[k2 + o] + x);
+                };
             };
+            R acc = sumTapsK<K, R>(taps, at(rows));
+            if (taps2) acc = acc + sumTapsK<K2, R>(*taps2, at(rows2));
+            return acc;
         };
-        R acc = sumTaps<R>(taps, at(rows));
-        if (taps2) acc = acc + sumTaps<R>(*taps2, at(rows2));
-        return acc;
-    };
-    int x = 0;
-    for (; x + N <= width; x += N) storeVec<D, N>(out + x, sumAt(std::common_type<V>(), x));
-    for (; x < width; ++x) storeOne(out + x, sumAt(std::common_type<W>(), x));
+        int x = 0;
+        for (; x + N <= width; x += N) storeVec<D, N>(out + x, sumAt(std::common_type<V>(), x));
+        for (; x < width; ++x) storeOne(out + x, sumAt(std::common_type<W>(), x));
+      });
+    });
 }
 
 template void ownConvRow<ZQ_ISA, Zeq8u, int32_t>(const Zeq8u*, int, const Taps<int32_t>&, int32_t*);
