@@ -66,24 +66,48 @@ inline typename VecOf<W, N>::type loadAs(const T* p) {
 // The taps over values at(offset), in their summing order, K of them. A
 // negative weight is added as its signed product: x + s * -w is x - s * w to
 // the bit, so no branch is needed.
-template <int K, class R, class W, class At>
+// With unit weights (all of magnitude 1, as the box and the 3-tap
+// difference have) the products are left out: s * 1 is s to the bit.
+template <int K, bool Unit, class R, class W, class At>
 inline R sumTapsK(const Taps<W>& t, At at) {
-    R acc = at(t.offset[0]) * (t.negative[0] ? -t.weight[0] : t.weight[0]);
-    for (int i = 1; i < K; ++i) acc = acc + at(t.offset[i]) * (t.negative[i] ? -t.weight[i] : t.weight[i]);
+    auto term = [&](int i) {
+        if constexpr (Unit) return at(t.offset[i]);
+        else return at(t.offset[i]) * (t.negative[i] ? -t.weight[i] : t.weight[i]);
+    };
+    R acc = term(0);
+    if (Unit && t.negative[0]) acc = -acc;
+    for (int i = 1; i < K; ++i) acc = (Unit && t.negative[i]) ? acc - term(i) : acc + term(i);
     return acc;
 }
 
-// Runs f with the tap count as a constant.
-template <class F>
-inline void withTapCount(int n, F f) {
-    switch (n) {
-    case 1: return f(std::integral_constant<int, 1>());
-    case 2: return f(std::integral_constant<int, 2>());
-    case 3: return f(std::integral_constant<int, 3>());
-    case 4: return f(std::integral_constant<int, 4>());
-    case 5: return f(std::integral_constant<int, 5>());
-    case 6: return f(std::integral_constant<int, 6>());
-    default: return f(std::integral_constant<int, 7>());
+// Runs f with the tap count and whether the weights are units as constants.
+template <class W, class F>
+inline void withTaps(const Taps<W>& t, F f) {
+    auto count = [&](auto unit) {
+        switch (t.n) {
+        case 1: return f(std::integral_constant<int, 1>(), unit);
+        case 2: return f(std::integral_constant<int, 2>(), unit);
+        case 3: return f(std::integral_constant<int, 3>(), unit);
+        case 4: return f(std::integral_constant<int, 4>(), unit);
+        case 5: return f(std::integral_constant<int, 5>(), unit);
+        case 6: return f(std::integral_constant<int, 6>(), unit);
+        default: return f(std::integral_constant<int, 7>(), unit);
+        }
+    };
+    bool unit = true;
+    for (int i = 0; i < t.n; ++i) unit = unit && t.weight[i] == W(1);
+    if (unit) count(std::true_type());
+    else count(std::false_type());
+}
+
+// Non-temporal stores of a register in 16-byte pieces (the destination rows
+// of a streamed image are 16-byte aligned, no more).
+template <class V>
+inline void streamPieces(void* p, V v) {
+    for (size_t b = 0; b < sizeof(V); b += 16) {
+        __m128i piece;
+        __builtin_memcpy(&piece, reinterpret_cast<const char*>(&v) + b, 16);
+        _mm_stream_si128(reinterpret_cast<__m128i*>(static_cast<char*>(p) + b), piece);
     }
 }
 
@@ -95,7 +119,7 @@ inline void storeOne(D* p, W v) {
     else zq::storeu(p, v);
 }
 
-template <class D, int N, class V>
+template <class D, int N, bool Stream, class V>
 inline void storeVec(D* p, V v) {
     if constexpr (std::is_same<D, Zeq16s>::value) {  // the processor's saturating packs
         if constexpr (N == 4) {
@@ -104,15 +128,20 @@ inline void storeVec(D* p, V v) {
 #if ZQ_TIER >= 1
         else if constexpr (N == 8) {
             const __m256i w = __m256i(v);
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(p),
-                             _mm_packs_epi32(_mm256_castsi256_si128(w), _mm256_extracti128_si256(w, 1)));
+            const __m128i packed = _mm_packs_epi32(_mm256_castsi256_si128(w), _mm256_extracti128_si256(w, 1));
+            if constexpr (Stream) streamPieces(p, packed);
+            else _mm_storeu_si128(reinterpret_cast<__m128i*>(p), packed);
         }
 #endif
 #if ZQ_TIER >= 2
         else {
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), _mm512_cvtsepi32_epi16(__m512i(v)));
+            const __m256i packed = _mm512_cvtsepi32_epi16(__m512i(v));
+            if constexpr (Stream) streamPieces(p, packed);
+            else _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), packed);
         }
 #endif
+    } else if constexpr (Stream) {
+        streamPieces(p, v);
     } else {
         __builtin_memcpy(p, &v, sizeof v);
     }
@@ -130,10 +159,11 @@ __attribute__((flatten)) void ownConvRow(const T* src, int width, const Taps<W>&
     using V = typename VecOf<W, N>::type;
     int reach = 0;  // the farthest tap from the centre
     for (int i = 0; i < taps.n; ++i) reach = std::max(reach, std::abs(taps.offset[i]));
-    withTapCount(taps.n, [&](auto k) {
+    withTaps(taps, [&](auto k, auto unit) {
         constexpr int K = decltype(k)::value;
+        constexpr bool U = decltype(unit)::value;
         auto scalarAt = [&](int x) {
-            zq::storeu(out + x, sumTapsK<K, W>(taps, [&](int o) {
+            zq::storeu(out + x, sumTapsK<K, U, W>(taps, [&](int o) {
                 return W(zq::loadu(src + std::min(std::max(x + o, 0), width - 1)));
             }));
         };
@@ -141,7 +171,7 @@ __attribute__((flatten)) void ownConvRow(const T* src, int width, const Taps<W>&
         for (int x = 0; x < left; ++x) scalarAt(x);
         int x = left;
         for (; x + N <= width - reach; x += N) {
-            const V v = sumTapsK<K, V>(taps, [&](int o) { return loadAs<W, N>(src + x + o); });
+            const V v = sumTapsK<K, U, V>(taps, [&](int o) { return loadAs<W, N>(src + x + o); });
             __builtin_memcpy(out + x, &v, sizeof v);
         }
         for (; x < width; ++x) scalarAt(x);
@@ -150,12 +180,14 @@ __attribute__((flatten)) void ownConvRow(const T* src, int width, const Taps<W>&
 
 template <Isa I, class W, class D>
 __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& taps, const W* const* rows2,
-                                         const Taps<W>* taps2, int k2, D* out, int width) {
+                                         const Taps<W>* taps2, int k2, D* out, int width, bool stream) {
     constexpr int N = isaBytes(I) / 4;
     using V = typename VecOf<W, N>::type;
-    withTapCount(taps.n, [&](auto k) {
-      withTapCount(taps2 ? taps2->n : 1, [&](auto k2nd) {
+    static const Taps<W> none{};
+    withTaps(taps, [&](auto k, auto unit) {
+      withTaps(taps2 ? *taps2 : none, [&](auto k2nd, auto unit2nd) {
         constexpr int K = decltype(k)::value, K2 = decltype(k2nd)::value;
+        constexpr bool U = decltype(unit)::value, U2 = decltype(unit2nd)::value;
         auto sumAt = [&](auto tag, int x) {
             using R = typename decltype(tag)::type;
             auto at = [&](const W* const* r) {
@@ -164,13 +196,18 @@ __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& ta
                     else return loadAs<W, N>(r[k2 + o] + x);
                 };
             };
-            R acc = sumTapsK<K, R>(taps, at(rows));
-            if (taps2) acc = acc + sumTapsK<K2, R>(*taps2, at(rows2));
+            R acc = sumTapsK<K, U, R>(taps, at(rows));
+            if (taps2) acc = acc + sumTapsK<K2, U2, R>(*taps2, at(rows2));
             return acc;
         };
-        int x = 0;
-        for (; x + N <= width; x += N) storeVec<D, N>(out + x, sumAt(std::common_type<V>(), x));
-        for (; x < width; ++x) storeOne(out + x, sumAt(std::common_type<W>(), x));
+        auto run = [&](auto streamed) {
+            int x = 0;
+            for (; x + N <= width; x += N) storeVec<D, N, decltype(streamed)::value>(out + x, sumAt(std::common_type<V>(), x));
+            for (; x < width; ++x) storeOne(out + x, sumAt(std::common_type<W>(), x));
+        };
+        // 16-bit results of the baseline come 8 bytes at a time, too few to stream.
+        if (stream && (N > 4 || sizeof(D) == 4)) run(std::true_type());
+        else run(std::false_type());
       });
     });
 }
@@ -179,8 +216,8 @@ template void ownConvRow<ZQ_ISA, Zeq8u, int32_t>(const Zeq8u*, int, const Taps<i
 template void ownConvRow<ZQ_ISA, Zeq8s, int32_t>(const Zeq8s*, int, const Taps<int32_t>&, int32_t*);
 template void ownConvRow<ZQ_ISA, Zeq32f, float>(const Zeq32f*, int, const Taps<float>&, float*);
 template void ownConvCol<ZQ_ISA, int32_t, Zeq16s>(const int32_t* const*, const Taps<int32_t>&, const int32_t* const*,
-                                                  const Taps<int32_t>*, int, Zeq16s*, int);
+                                                  const Taps<int32_t>*, int, Zeq16s*, int, bool);
 template void ownConvCol<ZQ_ISA, float, Zeq32f>(const float* const*, const Taps<float>&, const float* const*,
-                                                const Taps<float>*, int, Zeq32f*, int);
+                                                const Taps<float>*, int, Zeq32f*, int, bool);
 
 }  // namespace zq
