@@ -61,10 +61,12 @@ void ownConvRow(const T* src, int width, const Taps<W>& taps, W* out);
 
 // Across rows: out[x] = the taps over rows[k2 + offset][x], plus the second
 // set when `taps2` is given, then saturated to int16 (integer pipelines) or
-// stored as it is (float). `out` may sit at any byte address.
+// stored as it is (float). `out` may sit at any byte address, unless
+// `stream`: then it is 16-byte aligned and written past the caches (the
+// caller fences).
 template <Isa I, class W, class D>
 void ownConvCol(const W* const* rows, const Taps<W>& taps, const W* const* rows2, const Taps<W>* taps2, int k2,
-                D* out, int width);
+                D* out, int width, bool stream);
 
 }  // namespace zq
 

@@ -12,6 +12,8 @@
 #include "core/zqcvcore.h"
 #include "filters/zqcvconv.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cstring>
 #include <type_traits>
@@ -83,6 +85,13 @@ public:
         if (starts) from_ = 0;
         to_ = ends ? end_ : std::max(end_ - k2_, 0);
         s.consumed = ends ? 0 : end_;
+        // Large results in 16-byte aligned rows go past the caches: they
+        // would only evict the rows still to be read.
+        stream_ = ((reinterpret_cast<uintptr_t>(dst) | uintptr_t(dstStep)) & 15) == 0 &&
+                  int64_t(width) * n * int64_t(sizeof(D)) >= (int64_t(1) << 20);
+    }
+    ~Strip() {
+        if (stream_) _mm_sfence();
     }
     int produced() const { return to_ - from_; }
 
@@ -113,7 +122,7 @@ public:
             for (int j = 0; j < k_; ++j) rows[j] = sourceRow(y + j - k2_);
             W* out = reinterpret_cast<W*>(zq::row(dst_, dstStep_, y - from_));
             zq::dispatch([&](auto tier) {
-                zq::ownConvCol<tier.value, W, W>(rows, across, nullptr, nullptr, k2_, v, w_);
+                zq::ownConvCol<tier.value, W, W>(rows, across, nullptr, nullptr, k2_, v, w_, false);
                 zq::ownConvRow<tier.value>(static_cast<const W*>(v), w_, along, out);
             });
         }
@@ -142,7 +151,7 @@ private:
         }
         D* out = zq::row(dst_, dstStep_, y - from_);
         zq::dispatch([&](auto tier) {
-            zq::ownConvCol<tier.value, W, D>(rows, across, rows2, across2, k2_, out, w_);
+            zq::ownConvCol<tier.value, W, D>(rows, across, rows2, across2, k2_, out, w_, stream_);
         });
     }
 
@@ -154,6 +163,7 @@ private:
     ZeqiConvState& s_;
     int k_, k2_;
     int first_ = 0, end_ = 0, from_ = 0, to_ = 0;
+    bool stream_ = false;
 };
 
 // One filter: checks in order, then the strip.
