@@ -933,6 +933,18 @@ ZEQ_API ZeqStatus zeqiCanny_32f8u_C1R(const Zeq32f* pSrcDx, int srcDxStep, const
  * or 7, or a buffer too large for an int). */
 ZEQ_API ZeqStatus zeqiMinEigenValGetSize(int roiWidth, int apertureSize, int avgWindow, int* pBufferSize);
 ZEQ_API ZeqStatus zeqiEigenValsVecsGetSize(int roiWidth, int apertureSize, int avgWindow, int* pBufferSize);
+ZEQ_API ZeqStatus zeqiMinEigenVal_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pMinEigenVal, int minValStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiMinEigenVal_8s32f_C1R(const Zeq8s* pSrc, int srcStep, Zeq32f* pMinEigenVal, int minValStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiMinEigenVal_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pMinEigenVal, int minValStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiEigenValsVecs_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pEigenVV, int eigStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiEigenValsVecs_8s32f_C1R(const Zeq8s* pSrc, int srcStep, Zeq32f* pEigenVV, int eigStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiEigenValsVecs_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pEigenVV, int eigStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
 
 /* ==== Gaussian 5x5 pyramid ==== */
 /*
