@@ -17,20 +17,9 @@ using zqt::Image;
 
 template <class T>
 using CornerFn = ZeqStatus (*)(const T*, int, Zeq32f*, int, ZeqiSize, int, int, Zeq8u*);
-template <class T>
-struct Fns;  // [vecs]: MinEigenVal, EigenValsVecs
-template <>
-struct Fns<Zeq8u> {
-    static constexpr CornerFn<Zeq8u> fn[2] = {zeqiMinEigenVal_8u32f_C1R, zeqiEigenValsVecs_8u32f_C1R};
-};
-template <>
-struct Fns<Zeq8s> {
-    static constexpr CornerFn<Zeq8s> fn[2] = {zeqiMinEigenVal_8s32f_C1R, zeqiEigenValsVecs_8s32f_C1R};
-};
-template <>
-struct Fns<Zeq32f> {
-    static constexpr CornerFn<Zeq32f> fn[2] = {zeqiMinEigenVal_32f_C1R, zeqiEigenValsVecs_32f_C1R};
-};
+CornerFn<Zeq8u> fn(Zeq8u, bool vecs) { return vecs ? zeqiEigenValsVecs_8u32f_C1R : zeqiMinEigenVal_8u32f_C1R; }
+CornerFn<Zeq8s> fn(Zeq8s, bool vecs) { return vecs ? zeqiEigenValsVecs_8s32f_C1R : zeqiMinEigenVal_8s32f_C1R; }
+CornerFn<Zeq32f> fn(Zeq32f, bool vecs) { return vecs ? zeqiEigenValsVecs_32f_C1R : zeqiMinEigenVal_32f_C1R; }
 
 // Results are held as bytes, since their rows may start at any even byte.
 using Result = Image<Zeq8u>;
@@ -113,8 +102,8 @@ Result run(const Image<T>& src, int ap, int win, bool vecs, int dstPad = 0, int 
     int size = 0;
     EXPECT_EQ(zeqiEigenValsVecsGetSize(src.width(), ap, win, &size), zeqStsOk);
     std::vector<Zeq8u> buffer(size_t(size) + 3);
-    EXPECT_EQ(Fns<T>::fn[vecs](src.ptr(), src.step(), reinterpret_cast<Zeq32f*>(dst.ptr()), dst.step(), src.size(), ap, win, buffer.data() + 3),
-              zeqStsOk);
+    Zeq32f* out = reinterpret_cast<Zeq32f*>(dst.ptr());
+    EXPECT_EQ(fn(T(), vecs)(src.ptr(), src.step(), out, dst.step(), src.size(), ap, win, buffer.data() + 3), zeqStsOk);
     EXPECT_TRUE(dst.outsideUntouched());
     return dst;
 }
@@ -127,7 +116,8 @@ template <class T>
         const int x = int(i % src.width()), y = int(i / src.width());
         const float a = s.xx[i] * scale, b = s.xy[i] * scale, c = s.yy[i] * scale, eps = 0.01f * std::max(a, c);
         const float mag = std::fabs(a) + std::fabs(c) + 2 * std::fabs(b), tol = 2e-5f * mag + 1e-30f;
-        const bool clear = std::fabs(std::min(a, c) - eps) > 1e-3f * mag && std::fabs(std::fabs(b) - eps) > 1e-3f * mag &&
+        const bool clear = std::fabs(std::min(a, c) - eps) > 1e-3f * mag &&
+                           std::fabs(std::fabs(b) - eps) > 1e-3f * mag &&
                            std::fabs(a * c - b * b - eps) > 1e-3f * mag * (mag + 1);
         float want[6];
         eigenRef(a, b, c, vecs, want);
@@ -158,7 +148,8 @@ void checkRandom(uint32_t seed) {
         const bool small = rng.chance(0.5), vecs = rng.chance(0.5);
         Image<T> src(w, h, 1, isFloat ? 4 * rng.uniform(0, 2) : rng.uniform(0, 5), isFloat ? 0 : rng.uniform(0, 3));
         src.fill([&](int, int, int) {
-            return small ? rng.uniform(0, 3) : isFloat ? rng.uniformf(0, 255) : rng.uniform(-128 * isSigned, 255 - 128 * isSigned);
+            const int lo = -128 * isSigned;
+            return small ? rng.uniform(0, 3) : isFloat ? rng.uniformf(0, 255) : rng.uniform(lo, lo + 255);
         });
         EXPECT_TRUE(matches(run(src, ap, win, vecs, 2 * rng.uniform(0, 3), 2 * rng.uniform(0, 1)), src, ap, win, vecs));
     }
@@ -233,7 +224,7 @@ TEST(Corner, StatusesInOrder) {
         Image<float> dst(8, 8, vecs ? 6 : 1, 8);
         std::vector<Zeq8u> buf(8 * 96);
         const auto before = dst.snapshot();
-        EXPECT_EQ(Fns<T>::fn[vecs](c.nulls & 1 ? nullptr : src.ptr(), 8 * int(sizeof(T)) + c.srcStepDelta,
+        EXPECT_EQ(fn(T(), vecs)(c.nulls & 1 ? nullptr : src.ptr(), 8 * int(sizeof(T)) + c.srcStepDelta,
                                    c.nulls & 2 ? nullptr : dst.ptr(), 8 * 4 * dst.channels() + c.dstStepDelta, c.roi,
                                    c.ap, c.win, c.nulls & 4 ? nullptr : buf.data()),
                   c.want);
