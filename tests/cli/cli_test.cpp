@@ -496,6 +496,11 @@ TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
             EXPECT_NO_THROW(tool::readPicture(path("demo/") + f)) << f;
         for (const auto& name : names(path("demo"))) EXPECT_NE('.', name[0]) << "a temporary file stayed: " << name;
     }
+    for (int side : {1, 2}) {  // steps that need more pixels are skipped
+        tool::writePng(path("tiny.png"), clitest::scene(side, side, 3));
+        const auto r = run("demo --input '" + path("tiny.png") + "' --out '" + path("tiny") + "'");
+        EXPECT_EQ(0, r.status) << side << ": " << r.err;
+    }
 }
 
 TEST_F(Cli, VersionAndHelp) {
