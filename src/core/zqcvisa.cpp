@@ -1,6 +1,7 @@
 // The one detection of the processor's tiers, and the ZEQCV_ISA cap.
 #include "core/zqcvisa.h"
 
+#include <cpuid.h>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
@@ -35,6 +36,14 @@ const char* isaName(Isa i) {
     case Isa::Avx2: return "avx2";
     default: return "sse2";
     }
+}
+
+bool fastStringMoves() {
+    static const bool have = [] {
+        unsigned a, b, c, d;
+        return __get_cpuid_count(7, 0, &a, &b, &c, &d) && (b & (1u << 9));
+    }();
+    return have;
 }
 
 Isa isa() {

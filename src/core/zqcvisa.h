@@ -35,6 +35,13 @@ Isa isa();
 // Lower-case name of a tier ("sse2", "avx2", "avx512").
 const char* isaName(Isa i);
 
+// Bytes in one register of a tier.
+constexpr int isaBytes(Isa i) { return 16 << int(i); }
+
+// Whether `rep movsb` moves whole cache lines at a time (enhanced string
+// moves): not a tier, as every x86 processor runs it, only a speed trait.
+bool fastStringMoves();
+
 template <Isa I>
 using IsaTag = std::integral_constant<Isa, I>;
 

@@ -1,11 +1,10 @@
 // Vector helpers on contiguous arrays: set, zero, copy, divide, square and
 // square root.
-#include "core/zqcvcpu.h"
-#include "core/zqcvvector.h"
+#include "core/zqcvisa.h"
 #include "core/zqcvsimd.h"
+#include "core/zqcvvector.h"
 
 #include <cstring>
-#include <cpuid.h>
 #include <immintrin.h>
 #include <limits>
 
@@ -43,63 +42,11 @@ void fillBytes(Zeq8u* dst, ptrdiff_t len, __m128i v) {
 
 // ---- copy ----
 //
-// Wider paths, chosen by what the processor offers, all use cached stores:
-// there, non-temporal stores measured slower even for multi-megabyte images.
-// Each loads a block before storing it, so src == dst is harmless.
-
 // Enhanced string moves (ERMS) run one `rep movsb` a cache line at a time,
 // the fastest way to copy a large block.
-bool haveFastStringMoves() {
-    unsigned a, b, c, d;
-    return __get_cpuid_count(7, 0, &a, &b, &c, &d) && (b & (1u << 9));
-}
-const bool kHaveFastStringMoves = haveFastStringMoves();
-const bool kHaveAvx512 = zq::cpu().avx512;
-const bool kHaveAvx2 = zq::cpu().avx2;
-
 void copyStringMove(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
     size_t n = size_t(len);
     asm volatile("rep movsb" : "+D"(dst), "+S"(src), "+c"(n) : : "memory");
-}
-
-#define ZQ_AVX512 __attribute__((target("avx2,avx512f")))
-#define ZQ_AVX2 __attribute__((target("avx2")))
-
-inline ZQ_AVX512 __m512i load64(const Zeq8u* p) { return _mm512_loadu_si512(p); }
-inline ZQ_AVX2 __m256i load32(const Zeq8u* p) { return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)); }
-
-// At least 256 bytes: one unaligned line at each end, and aligned whole
-// lines from the destination's first 64-byte boundary.
-ZQ_AVX512 void copyAvx512(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
-    const __m512i first = load64(src), last = load64(src + len - 64);
-    ptrdiff_t i = ptrdiff_t(64 - (reinterpret_cast<uintptr_t>(dst) & 63));
-    for (; i + 256 <= len; i += 256) {
-        const __m512i a = load64(src + i), b = load64(src + i + 64), c = load64(src + i + 128), d = load64(src + i + 192);
-        _mm512_store_si512(dst + i, a);
-        _mm512_store_si512(dst + i + 64, b);
-        _mm512_store_si512(dst + i + 128, c);
-        _mm512_store_si512(dst + i + 192, d);
-    }
-    for (; i + 64 <= len; i += 64) _mm512_store_si512(dst + i, load64(src + i));
-    _mm512_storeu_si512(dst, first);
-    _mm512_storeu_si512(dst + len - 64, last);
-}
-
-// The same with 32-byte registers, for at least 128 bytes.
-ZQ_AVX2 void copyAvx2(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len) {
-    const __m256i first = load32(src), last = load32(src + len - 32);
-    ptrdiff_t i = ptrdiff_t(32 - (reinterpret_cast<uintptr_t>(dst) & 31));
-    for (; i + 128 <= len; i += 128) {
-        const __m256i a = load32(src + i), b = load32(src + i + 32), c = load32(src + i + 64), d = load32(src + i + 96);
-        auto* out = reinterpret_cast<__m256i*>(dst + i);
-        _mm256_store_si256(out, a);
-        _mm256_store_si256(out + 1, b);
-        _mm256_store_si256(out + 2, c);
-        _mm256_store_si256(out + 3, d);
-    }
-    for (; i + 32 <= len; i += 32) _mm256_store_si256(reinterpret_cast<__m256i*>(dst + i), load32(src + i));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst), first);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst + len - 32), last);
 }
 
 // ---- division ----
@@ -206,18 +153,20 @@ ptrdiff_t copyBlocks64(const Zeq8u* src, Zeq8u* dst, ptrdiff_t i, ptrdiff_t len)
 }
 
 void ownsCopy_8u(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len, bool stream) {
-    if (kHaveFastStringMoves && len >= 1024) {
+    static const bool stringMoves = fastStringMoves();
+    if (stringMoves && len >= 1024) {
         copyStringMove(src, dst, len);
         return;
     }
-    if (kHaveAvx512 && len >= 256) {
-        copyAvx512(src, dst, len);
-        return;
-    }
-    if (kHaveAvx2 && len >= 128) {
-        copyAvx2(src, dst, len);
-        return;
-    }
+    // The wider tiers copy with cached stores: there, non-temporal stores
+    // measured slower even for multi-megabyte images.
+    const bool wide = dispatch([&](auto tier) {
+        if constexpr (tier.value == Isa::Sse2) return false;
+        if (len < 4 * isaBytes(tier.value)) return false;
+        ownsCopyWide_8u<tier.value>(src, dst, len);
+        return true;
+    });
+    if (wide) return;
     ptrdiff_t i = 0;
     if (stream && len >= 256) {
         for (const ptrdiff_t head = bytesToAlign16(dst, len); i < head; ++i) dst[i] = src[i];

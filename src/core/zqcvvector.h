@@ -4,6 +4,7 @@
 #define ZQCV_VECTOR_H
 
 #include "core/zqcvcore.h"
+#include "core/zqcvisa.h"
 
 namespace zq {
 
@@ -14,6 +15,11 @@ void ownsZero_8u(Zeq8u* dst, ptrdiff_t len);
 // writes the bulk with non-temporal stores, for blocks the caller will not
 // read again soon; wider registers, where present, are faster with cached stores.
 void ownsCopy_8u(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len, bool stream = false);
+
+// The same with the tier's registers, for len of at least four registers
+// (zqcvvector.isa.cpp).
+template <Isa I>
+void ownsCopyWide_8u(const Zeq8u* src, Zeq8u* dst, ptrdiff_t len);
 
 // dst[i] = dividend[i] / divisor[i]; true when some divisor was zero.
 bool ownzeqsDiv_32f(const Zeq32f* divisor, const Zeq32f* dividend, Zeq32f* dst, ptrdiff_t len);

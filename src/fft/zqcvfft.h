@@ -9,6 +9,7 @@
 #define ZQCV_FFT_H
 
 #include "core/zqcvcore.h"
+#include "core/zqcvisa.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -78,19 +79,38 @@ void zeqs_cCcsRecombine_32f(float* data, size_t n, const float* tab);
 
 void zeqs_rbMpy1_32f(float factor, float* data, size_t count);
 
-#if defined(__x86_64__)
-// The radix stages with 256-bit registers (zqcvfftavx2.cpp).
-void fact4Avx2(float* d, size_t n, size_t span, const float* tw, bool inverse);
-void fact16Avx2(float* d, size_t n, size_t span, const float* twA, const float* twB, bool inverse);
-void fact2Avx2(float* d, size_t span, const float* tw, bool inverse);
+// The radix stages with 256-bit registers (zqcvfftwide.isa.cpp), for the
+// AVX2 and AVX-512 tiers only.
+template <Isa I>
+void fact4Wide(float* d, size_t n, size_t span, const float* tw, bool inverse);
+template <Isa I>
+void fact16Wide(float* d, size_t n, size_t span, const float* twA, const float* twB, bool inverse);
+template <Isa I>
+void fact2Wide(float* d, size_t span, const float* tw, bool inverse);
 // First passes of the in-cache transform, four blocks at a time (groups % 4 == 0).
-void firstPassGatherAvx2(const float* src, float* dst, int m, const int32_t* rev, size_t groups, bool inverse);
-void firstPassInPlaceAvx2(float* d, int m, size_t groups, bool inverse);
+template <Isa I>
+void firstPassGatherWide(const float* src, float* dst, int m, const int32_t* rev, size_t groups, bool inverse);
+template <Isa I>
+void firstPassInPlaceWide(float* d, int m, size_t groups, bool inverse);
 // The whole first pass of order m >= 5 with contiguous loads.
-void firstPassGatherAllAvx2(const float* src, float* dst, int m, const int32_t* rev, bool inverse);
+template <Isa I>
+void firstPassGatherAllWide(const float* src, float* dst, int m, const int32_t* rev, bool inverse);
 // The whole complex transform of order 6, src to a different dst.
-void complexOrder6Avx2(const float* src, float* dst, const int32_t* rev, const float* tw, bool inverse);
-#endif
+template <Isa I>
+void complexOrder6Wide(const float* src, float* dst, const int32_t* rev, const float* tw, bool inverse);
+
+// Runs f(tier) and returns true on the tiers that have the 256-bit kernels;
+// false on the SSE2 tier.
+template <class F>
+inline bool onWideTier(F&& f) {
+    return dispatch([&](auto tier) {
+        if constexpr (tier.value == Isa::Sse2) return false;
+        else {
+            f(tier);
+            return true;
+        }
+    });
+}
 
 }  // namespace zq
 

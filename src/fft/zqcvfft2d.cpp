@@ -27,12 +27,13 @@ using Spec = ZeqiFFTSpec_R_32f;
 inline const float* rowOf(const float* base, ptrdiff_t step, int y) { return zq::row(base, step, y); }
 inline float* rowOf(float* base, ptrdiff_t step, int y) { return zq::row(base, step, y); }
 
+// Image elements sit at caller-computed addresses (any byte): loadu/storeu.
 void gatherColumn(const float* img, ptrdiff_t step, int x, int h, float* col) {
-    for (int y = 0; y < h; ++y) col[y] = rowOf(img, step, y)[x];
+    for (int y = 0; y < h; ++y) col[y] = zq::loadu(rowOf(img, step, y) + x);
 }
 
 void scatterColumn(const float* col, float* img, ptrdiff_t step, int x, int h) {
-    for (int y = 0; y < h; ++y) rowOf(img, step, y)[x] = col[y];
+    for (int y = 0; y < h; ++y) zq::storeu(rowOf(img, step, y) + x, col[y]);
 }
 
 // Rows far apart share few cache sets and defeat the hardware prefetchers:
@@ -124,6 +125,19 @@ struct Inverse {
 
 inline Zeq8u* bytes(float* p) { return reinterpret_cast<Zeq8u*>(p); }
 
+// The one-dimensional real transform of n contiguous floats at s into d. A
+// line off a 4-byte boundary goes through the buffer (which holds n floats,
+// rounded up to 4, before the transform's own work).
+template <class Dir>
+ZeqStatus realLine(const float* s, float* d, int n, const ZeqsFFTSpec_R_32f* spec, float* buf) {
+    if (((reinterpret_cast<uintptr_t>(s) | reinterpret_cast<uintptr_t>(d)) & 3) == 0)
+        return Dir::real(s, d, spec, bytes(buf));
+    std::memcpy(buf, s, 4 * size_t(n));
+    ZQ_CHECK(Dir::real(buf, buf, spec, bytes(buf + ((n + 3) & ~3))));
+    std::memcpy(d, buf, 4 * size_t(n));
+    return zeqStsOk;
+}
+
 const ZeqsFFTSpec_R_32f* columnRealSpec(const Spec& s) { return s.colReal ? s.colReal : s.row; }
 
 // A real column x of `src`, transformed into column x of `dst`.
@@ -179,9 +193,9 @@ ZeqStatus columns(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t dst
 // One row (H = 1) or one column (W = 1): the one-dimensional transform of it.
 template <class Dir>
 ZeqStatus line(const float* src, ptrdiff_t srcStep, float* dst, ptrdiff_t dstStep, const Spec& s, float* buf) {
-    if (s.orderY == 0) return Dir::real(src, dst, s.row, bytes(buf));
+    if (s.orderY == 0) return realLine<Dir>(src, dst, 1 << s.orderX, s.row, buf);
     if (srcStep == 4 && dstStep == 4)  // a contiguous column
-        return Dir::real(src, dst, columnRealSpec(s), bytes(buf));
+        return realLine<Dir>(src, dst, 1 << s.orderY, columnRealSpec(s), buf);
     return realColumn<Dir>(src, srcStep, dst, dstStep, 0, s, buf);
 }
 
@@ -281,9 +295,9 @@ ZeqStatus zeqiFFTFwd_RToPack_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pD
     if (!buf) return zeqStsNoMem;
     if (pSpec->orderX == 0 || pSpec->orderY == 0) return line<Forward>(pSrc, srcStep, pDst, dstStep, *pSpec, buf);
 
-    const int h = 1 << pSpec->orderY;
+    const int w = 1 << pSpec->orderX, h = 1 << pSpec->orderY;
     for (int y = 0; y < h; ++y)
-        ZQ_CHECK(Forward::real(rowOf(pSrc, srcStep, y), rowOf(pDst, dstStep, y), pSpec->row, bytes(buf)));
+        ZQ_CHECK(realLine<Forward>(rowOf(pSrc, srcStep, y), rowOf(pDst, dstStep, y), w, pSpec->row, buf));
     return columns<Forward>(pDst, dstStep, pDst, dstStep, *pSpec, buf);
 }
 
@@ -296,10 +310,10 @@ ZeqStatus zeqiFFTInv_PackToR_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pD
     if (pSpec->orderX == 0 || pSpec->orderY == 0) return line<Inverse>(pSrc, srcStep, pDst, dstStep, *pSpec, buf);
 
     ZQ_CHECK(columns<Inverse>(pSrc, srcStep, pDst, dstStep, *pSpec, buf));
-    const int h = 1 << pSpec->orderY;
+    const int w = 1 << pSpec->orderX, h = 1 << pSpec->orderY;
     for (int y = 0; y < h; ++y) {
         float* r = rowOf(pDst, dstStep, y);
-        ZQ_CHECK(Inverse::real(r, r, pSpec->row, bytes(buf)));
+        ZQ_CHECK(realLine<Inverse>(r, r, w, pSpec->row, buf));
     }
     return zeqStsOk;
 }

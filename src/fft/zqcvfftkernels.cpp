@@ -1,9 +1,8 @@
 // Transform kernels of the one-dimensional FFT. The SSE2 kernels hold two
 // interleaved complex values per register and run two independent blocks at
-// once, one per half of the register; where the processor has 256-bit
-// registers the radix stages and first passes go to zqcvfftavx2.cpp instead,
-// with the same arithmetic per value.
-#include "core/zqcvcpu.h"
+// once, one per half of the register; on the wider tiers the radix stages and
+// first passes go to zqcvfftwide.isa.cpp instead, with the same arithmetic
+// per value.
 #include "fft/zqcvfft.h"
 
 #include <emmintrin.h>
@@ -40,25 +39,15 @@ inline void butterfly4(__m128* x) {
     radix::butterfly4<Sse2, Inv>(x);
 }
 
-#if defined(__x86_64__)
-const bool kHaveAvx2 = cpu().avx2;
-#else
-constexpr bool kHaveAvx2 = false;
-#endif
-
 template <bool Inv>
 void zeqs_cFft_Fact4_32fc(float* d, size_t n, size_t span, const float* tw) {
-#if defined(__x86_64__)
-    if (kHaveAvx2) return fact4Avx2(d, n, span, tw, Inv);
-#endif
+    if (onWideTier([&](auto tier) { fact4Wide<tier.value>(d, n, span, tw, Inv); })) return;
     radix::fact4<Sse2, Inv>(d, n, span, tw);
 }
 
 template <bool Inv>
 void fact16(float* d, size_t n, size_t span, const float* twA, const float* twB) {
-#if defined(__x86_64__)
-    if (kHaveAvx2) return fact16Avx2(d, n, span, twA, twB, Inv);
-#endif
+    if (onWideTier([&](auto tier) { fact16Wide<tier.value>(d, n, span, twA, twB, Inv); })) return;
     radix::fact16<Sse2, Inv>(d, n, span, twA, twB);
 }
 
@@ -79,9 +68,7 @@ const float* radix4Run(float* d, size_t n, size_t span, const float* tw) {
 
 template <bool Inv>
 void zeqs_cFft_Fact2_32fc(float* d, size_t span, const float* tw) {
-#if defined(__x86_64__)
-    if (kHaveAvx2) return fact2Avx2(d, span, tw, Inv);
-#endif
+    if (onWideTier([&](auto tier) { fact2Wide<tier.value>(d, span, tw, Inv); })) return;
     radix::fact2<Sse2, Inv>(d, span, tw);
 }
 
@@ -117,9 +104,9 @@ int firstSpan(int m) { return (m & 1) ? 8 : 4; }
 // src and dst are different arrays.
 template <bool Inv>
 void firstPassGather(const float* src, float* dst, int m, const int32_t* rev, size_t groups) {
-#if defined(__x86_64__)
-    if (kHaveAvx2 && groups % 4 == 0) return firstPassGatherAvx2(src, dst, m, rev, groups, Inv);
-#endif
+    if (groups % 4 == 0 &&
+        onWideTier([&](auto tier) { firstPassGatherWide<tier.value>(src, dst, m, rev, groups, Inv); }))
+        return;
     const size_t n = size_t(1) << m;
     __m128 y[8];
     if (!(m & 1)) {
@@ -151,9 +138,8 @@ void firstPassGather(const float* src, float* dst, int m, const int32_t* rev, si
 // a block holds input value rev(t) of its DFT.
 template <bool Inv>
 void firstPassInPlace(float* d, int m, size_t groups) {
-#if defined(__x86_64__)
-    if (kHaveAvx2 && groups % 4 == 0) return firstPassInPlaceAvx2(d, m, groups, Inv);
-#endif
+    if (groups % 4 == 0 && onWideTier([&](auto tier) { firstPassInPlaceWide<tier.value>(d, m, groups, Inv); }))
+        return;
     __m128 y[8];
     if (!(m & 1)) {
         for (size_t k = 0; k < groups; k += 2, d += 16) {
@@ -201,14 +187,12 @@ void radix4DepthFirst(float* d, int m, const float* tw, const First& first) {
 // Natural-order source to destination, the permutation fused into the first pass.
 template <bool Inv>
 void zeqs_cRadix4Norm_32fc(const float* src, float* dst, int m, const FftSpec& spec) {
-#if defined(__x86_64__)
-    if (kHaveAvx2 && m == 6) return complexOrder6Avx2(src, dst, spec.bitRev, spec.twdL1, Inv);
-    if (kHaveAvx2 && m >= 5) {
-        firstPassGatherAllAvx2(src, dst, m, spec.bitRev, Inv);
+    if (m == 6 && onWideTier([&](auto tier) { complexOrder6Wide<tier.value>(src, dst, spec.bitRev, spec.twdL1, Inv); }))
+        return;
+    if (m >= 5 && onWideTier([&](auto tier) { firstPassGatherAllWide<tier.value>(src, dst, m, spec.bitRev, Inv); })) {
         radix4DepthFirst<Inv>(dst, m, spec.twdL1, [](size_t, size_t) {});
         return;
     }
-#endif
     radix4DepthFirst<Inv>(dst, m, spec.twdL1, [&](size_t b, size_t groups) {
         firstPassGather<Inv>(src, dst + 2 * b, m, spec.bitRev + b / 4, groups);
     });

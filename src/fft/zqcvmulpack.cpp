@@ -10,13 +10,15 @@
 
 namespace {
 
-// (a + ib)(c + id) = (ac - bd) + i(ad + bc), written over (a, b).
-inline void mulComplex(float& a, float& b, float c, float d) {
-    const float re = a * c - b * d;
-    const float im = a * d + b * c;
-    a = re;
-    b = im;
+// (a + ib)(c + id) = (ac - bd) + i(ad + bc), written over (a, b). Rows may
+// start at any byte: every element goes through loadu/storeu.
+inline void mulComplex(float* pa, float* pb, const float* pc, const float* pd) {
+    const float a = zq::loadu(pa), b = zq::loadu(pb), c = zq::loadu(pc), d = zq::loadu(pd);
+    zq::storeu(pa, a * c - b * d);
+    zq::storeu(pb, a * d + b * c);
 }
+
+inline void mulReal(float* d, const float* s) { zq::storeu(d, zq::loadu(d) * zq::loadu(s)); }
 
 // d[k] *= s[k] for n interleaved complex values. The vector path splits real
 // and imaginary parts and computes the same products and sums as mulComplex,
@@ -35,7 +37,7 @@ void mulPairs(float* d, const float* s, int n) {
         _mm_storeu_ps(d + 2 * k, _mm_unpacklo_ps(re, im));
         _mm_storeu_ps(d + 2 * k + 4, _mm_unpackhi_ps(re, im));
     }
-    for (; k < n; ++k) mulComplex(d[2 * k], d[2 * k + 1], s[2 * k], s[2 * k + 1]);
+    for (; k < n; ++k) mulComplex(d + 2 * k, d + 2 * k + 1, s + 2 * k, s + 2 * k + 1);
 }
 
 void ownMulPack_32f_C1IR(const float* pSrc, int srcStep, float* pSrcDst, int srcDstStep, int w, int h) {
@@ -44,9 +46,9 @@ void ownMulPack_32f_C1IR(const float* pSrc, int srcStep, float* pSrcDst, int src
     auto realRow = [&](int y) {
         const float* s = zq::row(pSrc, srcStep, y);
         float* d = zq::row(pSrcDst, srcDstStep, y);
-        d[0] *= s[0];
+        mulReal(d, s);
         mulPairs(d + 1, s + 1, pairs);
-        if (realLast) d[w - 1] *= s[w - 1];
+        if (realLast) mulReal(d + w - 1, s + w - 1);
     };
 
     realRow(0);
@@ -56,10 +58,10 @@ void ownMulPack_32f_C1IR(const float* pSrc, int srcStep, float* pSrcDst, int src
         const float* s1 = zq::row(pSrc, srcStep, y + 1);
         float* d0 = zq::row(pSrcDst, srcDstStep, y);
         float* d1 = zq::row(pSrcDst, srcDstStep, y + 1);
-        mulComplex(d0[0], d1[0], s0[0], s1[0]);
+        mulComplex(d0, d1, s0, s1);
         mulPairs(d0 + 1, s0 + 1, pairs);
         mulPairs(d1 + 1, s1 + 1, pairs);
-        if (realLast) mulComplex(d0[w - 1], d1[w - 1], s0[w - 1], s1[w - 1]);
+        if (realLast) mulComplex(d0 + w - 1, d1 + w - 1, s0 + w - 1, s1 + w - 1);
     }
     if (h % 2 == 0) realRow(h - 1);
 }

@@ -4,7 +4,7 @@
 // Integer sums are exact: 8-bit rows sum in 32 bits and square in 64 bits,
 // rows then add up in 64 bits and (squares) in double. 16u values are shifted
 // by -32768 first so a row's squares fit 64 bits. Float sums run in double.
-#include "core/zqcvcpu.h"
+#include "stats/zqcvmean.h"
 #include "stats/zqcvstatrows.h"
 
 #include <immintrin.h>
@@ -175,45 +175,6 @@ SumsOf<T, Squares> regionSums(const T* src, int srcStep, const Zeq8u* mask, int 
     return acc;
 }
 
-// The 8u whole-region sums 32 bytes at a time where the processor has AVX2;
-// integer sums are exact, so the result equals the 16-byte path's.
-__attribute__((target("avx2"))) void ownSums_8u_C1R_Avx2(const Zeq8u* src, int srcStep, ZeqiSize roi,
-                                                         Sums8<Zeq8u, true>& s) {
-    const __m256i zero = _mm256_setzero_si256();
-    for (int y = 0; y < roi.height; ++y) {
-        const Zeq8u* p = zq::row(src, srcStep, y);
-        __m256i sum = zero, sq64 = zero;
-        int x = 0;
-        while (x + 32 <= roi.width) {
-            // 32-bit square lanes grow by at most 2 * 2 * 255^2 per block: widen every 1024 blocks.
-            const int end = roi.width - x > 32 * zq::kChunkBlocks ? x + 32 * zq::kChunkBlocks : roi.width;
-            __m256i sq32 = zero;
-            for (; x + 32 <= end; x += 32) {
-                const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + x));
-                sum = _mm256_add_epi64(sum, _mm256_sad_epu8(v, zero));
-                const __m256i lo = _mm256_unpacklo_epi8(v, zero), hi = _mm256_unpackhi_epi8(v, zero);
-                sq32 = _mm256_add_epi32(sq32, _mm256_add_epi32(_mm256_madd_epi16(lo, lo), _mm256_madd_epi16(hi, hi)));
-            }
-            sq64 = _mm256_add_epi64(sq64, _mm256_add_epi64(_mm256_unpacklo_epi32(sq32, zero),
-                                                           _mm256_unpackhi_epi32(sq32, zero)));
-        }
-        alignas(32) int64_t lanes[2][4];
-        _mm256_store_si256(reinterpret_cast<__m256i*>(lanes[0]), sum);
-        _mm256_store_si256(reinterpret_cast<__m256i*>(lanes[1]), sq64);
-        uint32_t rowSum = uint32_t(lanes[0][0] + lanes[0][1] + lanes[0][2] + lanes[0][3]);
-        int64_t rowSq = lanes[1][0] + lanes[1][1] + lanes[1][2] + lanes[1][3];
-        for (; x < roi.width; ++x) {
-            rowSum += p[x];
-            rowSq += int(p[x]) * int(p[x]);
-        }
-        s.s1 += int32_t(rowSum);
-        s.s2 += double(rowSq);
-    }
-    _mm256_zeroupper();
-}
-
-const bool kHaveAvx2 = zq::cpu().avx2;
-
 // Second pass for float images whose spread is small against their mean:
 // deviations from the mean rounded to float, squared and summed in float
 // lanes per row, rows added in double.
@@ -302,12 +263,10 @@ ZeqStatus meanStdDev(const T* src, int srcStep, const Zeq8u* mask, int maskStep,
     }
     const double n = pixelCount<T, Ch, Masked>(mask, maskStep, roi);
     if constexpr (std::is_same<T, Zeq8u>::value && Ch == 1 && !Masked) {
-        if (kHaveAvx2) {
-            Sums8<Zeq8u, true> s;
-            ownSums_8u_C1R_Avx2(src, srcStep, roi, s);
-            writeMeanStdDev(s, n, pMean, pStdDev);
-            return zeqStsOk;
-        }
+        Sums8<Zeq8u, true> s;
+        zq::dispatch([&](auto tier) { zq::ownSums_8u_C1R<tier.value>(src, srcStep, roi, s.s1, s.s2); });
+        writeMeanStdDev(s, n, pMean, pStdDev);
+        return zeqStsOk;
     }
     writeMeanStdDev(regionSums<T, Ch, Masked, true>(src, srcStep, mask, maskStep, roi, c0), n, pMean, pStdDev);
     return zeqStsOk;
@@ -316,40 +275,99 @@ ZeqStatus meanStdDev(const T* src, int srcStep, const Zeq8u* mask, int maskStep,
 }  // namespace
 
 // ---- Mean under a mask ----
-#define ZQ_MEAN(T, t)                                                                                              \
-    ZeqStatus zeqiMean_##t##_C1MR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, \
-                                  Zeq64f* pMean) {                                                                 \
-        return mean<T, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);                                      \
-    }                                                                                                              \
-    ZeqStatus zeqiMean_##t##_C3CMR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,                  \
-                                   ZeqiSize roiSize, int coi, Zeq64f* pMean) {                                     \
-        return mean<T, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);                                    \
-    }
+
+ZeqStatus zeqiMean_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                           Zeq64f* pMean) {
+    return mean<Zeq8u, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);
+}
+ZeqStatus zeqiMean_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                            int coi, Zeq64f* pMean) {
+    return mean<Zeq8u, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);
+}
+ZeqStatus zeqiMean_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                           Zeq64f* pMean) {
+    return mean<Zeq8s, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);
+}
+ZeqStatus zeqiMean_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                            int coi, Zeq64f* pMean) {
+    return mean<Zeq8s, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);
+}
+ZeqStatus zeqiMean_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                            Zeq64f* pMean) {
+    return mean<Zeq16u, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);
+}
+ZeqStatus zeqiMean_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                             int coi, Zeq64f* pMean) {
+    return mean<Zeq16u, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);
+}
+ZeqStatus zeqiMean_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                            Zeq64f* pMean) {
+    return mean<Zeq32f, 1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean);
+}
+ZeqStatus zeqiMean_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                             int coi, Zeq64f* pMean) {
+    return mean<Zeq32f, 3>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean);
+}
 
 // ---- Mean and standard deviation, whole region and masked ----
-#define ZQ_MEAN_STDDEV(T, t)                                                                                       \
-    ZeqStatus zeqiMean_StdDev_##t##_C1R(const T* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean,              \
-                                        Zeq64f* pStdDev) {                                                         \
-        return meanStdDev<T, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);                    \
-    }                                                                                                              \
-    ZeqStatus zeqiMean_StdDev_##t##_C3CR(const T* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,    \
-                                         Zeq64f* pStdDev) {                                                        \
-        return meanStdDev<T, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);                  \
-    }                                                                                                              \
-    ZeqStatus zeqiMean_StdDev_##t##_C1MR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,            \
-                                         ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {                       \
-        return meanStdDev<T, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);              \
-    }                                                                                                              \
-    ZeqStatus zeqiMean_StdDev_##t##_C3CMR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,           \
-                                          ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev) {             \
-        return meanStdDev<T, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);            \
-    }
 
-ZQ_MEAN(Zeq8u, 8u)
-ZQ_MEAN(Zeq8s, 8s)
-ZQ_MEAN(Zeq16u, 16u)
-ZQ_MEAN(Zeq32f, 32f)
-ZQ_MEAN_STDDEV(Zeq8u, 8u)
-ZQ_MEAN_STDDEV(Zeq8s, 8s)
-ZQ_MEAN_STDDEV(Zeq16u, 16u)
-ZQ_MEAN_STDDEV(Zeq32f, 32f)
+ZeqStatus zeqiMean_StdDev_8u_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8u, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8u_C3CR(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,
+                                  Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8u, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                  Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8u, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                   int coi, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8u, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8s_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8s, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8s_C3CR(const Zeq8s* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,
+                                  Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8s, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                  Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8s, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                   int coi, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq8s, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_16u_C1R(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq16u, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_16u_C3CR(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,
+                                   Zeq64f* pStdDev) {
+    return meanStdDev<Zeq16u, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                   ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq16u, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                    ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq16u, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq32f, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_32f_C3CR(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq64f* pMean,
+                                   Zeq64f* pStdDev) {
+    return meanStdDev<Zeq32f, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                   ZeqiSize roiSize, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq32f, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMean, pStdDev);
+}
+ZeqStatus zeqiMean_StdDev_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                    ZeqiSize roiSize, int coi, Zeq64f* pMean, Zeq64f* pStdDev) {
+    return meanStdDev<Zeq32f, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMean, pStdDev);
+}

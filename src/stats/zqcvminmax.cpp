@@ -184,31 +184,87 @@ ZeqStatus minMaxIndx(const T* src, int srcStep, const Zeq8u* mask, int maskStep,
 
 }  // namespace
 
-#define ZQ_MINMAXINDX(T, t)                                                                                         \
-    ZeqStatus zeqiMinMaxIndx_##t##_C1R(const T* pSrc, int srcStep, ZeqiSize roiSize, Zeq32f* pMinVal,              \
-                                       Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {              \
-        return minMaxIndx<T, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMinVal, pMaxVal, pMinIndex,         \
-                                        pMaxIndex);                                                                 \
-    }                                                                                                               \
-    ZeqStatus zeqiMinMaxIndx_##t##_C3CR(const T* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq32f* pMinVal,    \
-                                        Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {             \
-        return minMaxIndx<T, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMinVal, pMaxVal, pMinIndex,       \
-                                        pMaxIndex);                                                                 \
-    }                                                                                                               \
-    ZeqStatus zeqiMinMaxIndx_##t##_C1MR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,              \
-                                        ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex,  \
-                                        ZeqiPoint* pMaxIndex) {                                                    \
-        return minMaxIndx<T, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMinVal, pMaxVal, pMinIndex,  \
-                                         pMaxIndex);                                                                \
-    }                                                                                                               \
-    ZeqStatus zeqiMinMaxIndx_##t##_C3CMR(const T* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,             \
-                                         ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal,              \
-                                         ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {                             \
-        return minMaxIndx<T, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMinVal, pMaxVal,           \
-                                         pMinIndex, pMaxIndex);                                                     \
-    }
-
-ZQ_MINMAXINDX(Zeq8u, 8u)
-ZQ_MINMAXINDX(Zeq8s, 8s)
-ZQ_MINMAXINDX(Zeq16u, 16u)
-ZQ_MINMAXINDX(Zeq32f, 32f)
+ZeqStatus zeqiMinMaxIndx_8u_C1R(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+                                ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq8u, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMinVal, pMaxVal, pMinIndex,
+                                        pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_8u_C3CR(const Zeq8u* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq32f* pMinVal,
+                                 Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq8u, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMinVal, pMaxVal, pMinIndex,
+                                        pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                 Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq8u, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMinVal, pMaxVal, pMinIndex,
+                                         pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                  int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex,
+                                  ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq8u, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMinVal, pMaxVal, pMinIndex,
+                                         pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_8s_C1R(const Zeq8s* pSrc, int srcStep, ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+                                ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq8s, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMinVal, pMaxVal, pMinIndex,
+                                        pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_8s_C3CR(const Zeq8s* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq32f* pMinVal,
+                                 Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq8s, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMinVal, pMaxVal, pMinIndex,
+                                        pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                 Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq8s, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMinVal, pMaxVal, pMinIndex,
+                                         pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                  int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex,
+                                  ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq8s, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMinVal, pMaxVal, pMinIndex,
+                                         pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_16u_C1R(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+                                 ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq16u, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMinVal, pMaxVal, pMinIndex,
+                                         pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_16u_C3CR(const Zeq16u* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq32f* pMinVal,
+                                  Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq16u, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMinVal, pMaxVal, pMinIndex,
+                                         pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                  Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq16u, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMinVal, pMaxVal, pMinIndex,
+                                          pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                   ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex,
+                                   ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq16u, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMinVal, pMaxVal, pMinIndex,
+                                          pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_32f_C1R(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, Zeq32f* pMinVal, Zeq32f* pMaxVal,
+                                 ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq32f, 1, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, 1, pMinVal, pMaxVal, pMinIndex,
+                                         pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_32f_C3CR(const Zeq32f* pSrc, int srcStep, ZeqiSize roiSize, int coi, Zeq32f* pMinVal,
+                                  Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq32f, 3, kWhole>(pSrc, srcStep, nullptr, 0, roiSize, coi, pMinVal, pMaxVal, pMinIndex,
+                                         pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                  Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex, ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq32f, 1, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pMinVal, pMaxVal, pMinIndex,
+                                          pMaxIndex);
+}
+ZeqStatus zeqiMinMaxIndx_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,
+                                   ZeqiSize roiSize, int coi, Zeq32f* pMinVal, Zeq32f* pMaxVal, ZeqiPoint* pMinIndex,
+                                   ZeqiPoint* pMaxIndex) {
+    return minMaxIndx<Zeq32f, 3, kMasked>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pMinVal, pMaxVal, pMinIndex,
+                                          pMaxIndex);
+}

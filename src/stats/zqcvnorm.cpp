@@ -55,7 +55,7 @@ inline Reg<T> loadStrided(const T* p) {
     } else {
         // Words of one 16-bit element, or of two neighbouring 8-bit ones.
         auto word = [p](int i) -> int {
-            if constexpr (sizeof(T) == 2) return p[i * Stride];
+            if constexpr (sizeof(T) == 2) return element(p, i * Stride);
             else return uint8_t(p[2 * i * Stride]) | uint8_t(p[(2 * i + 1) * Stride]) << 8;
         };
         __m128i v = _mm_cvtsi32_si128(word(0));
@@ -444,43 +444,337 @@ ZeqStatus normOfDiff(const T* pSrc1, int src1Step, const T* pSrc2, int src2Step,
 
 }  // namespace
 
-// The six exported forms of one norm kind and element type: Norm, NormDiff and
-// NormRel, each single-channel (channel 1) and channel-of-interest.
-#define ZQ_NORM_FORMS(K, t)                                                                                        \
-    ZeqStatus zeqiNorm_##K##_##t##_C1MR(const Zeq##t* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,          \
-                                        ZeqiSize roiSize, Zeq64f* pNorm) {                                      \
-        return normOf<Zeq##t, 1, Kind::K>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);                        \
-    }                                                                                                              \
-    ZeqStatus zeqiNorm_##K##_##t##_C3CMR(const Zeq##t* pSrc, int srcStep, const Zeq8u* pMask, int maskStep,         \
-                                         ZeqiSize roiSize, int coi, Zeq64f* pNorm) {                            \
-        return normOf<Zeq##t, 3, Kind::K>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);                      \
-    }                                                                                                              \
-    ZeqStatus zeqiNormDiff_##K##_##t##_C1MR(const Zeq##t* pSrc1, int src1Step, const Zeq##t* pSrc2, int src2Step,   \
-                                            const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) { \
-        return normOfDiff<Zeq##t, 1, Kind::K, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1, \
-                                                     pNorm);                                                     \
-    }                                                                                                              \
-    ZeqStatus zeqiNormDiff_##K##_##t##_C3CMR(const Zeq##t* pSrc1, int src1Step, const Zeq##t* pSrc2, int src2Step,  \
-                                             const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi,         \
-                                             Zeq64f* pNorm) {                                                     \
-        return normOfDiff<Zeq##t, 3, Kind::K, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize,     \
-                                                     coi, pNorm);                                                \
-    }                                                                                                              \
-    ZeqStatus zeqiNormRel_##K##_##t##_C1MR(const Zeq##t* pSrc1, int src1Step, const Zeq##t* pSrc2, int src2Step,    \
-                                           const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {  \
-        return normOfDiff<Zeq##t, 1, Kind::K, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,   \
-                                                    pNorm);                                                      \
-    }                                                                                                              \
-    ZeqStatus zeqiNormRel_##K##_##t##_C3CMR(const Zeq##t* pSrc1, int src1Step, const Zeq##t* pSrc2, int src2Step,   \
-                                            const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi,          \
-                                            Zeq64f* pNorm) {                                                      \
-        return normOfDiff<Zeq##t, 3, Kind::K, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi, \
-                                                    pNorm);                                                      \
-    }
+// ---- Norm, NormDiff and NormRel: single-channel (channel 1) and channel of interest ----
 
-#define ZQ_NORM_KINDS(t) ZQ_NORM_FORMS(Inf, t) ZQ_NORM_FORMS(L1, t) ZQ_NORM_FORMS(L2, t)
-
-ZQ_NORM_KINDS(8u)
-ZQ_NORM_KINDS(8s)
-ZQ_NORM_KINDS(16u)
-ZQ_NORM_KINDS(32f)
+ZeqStatus zeqiNorm_Inf_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               Zeq64f* pNorm) {
+    return normOf<Zeq8u, 1, Kind::Inf>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_Inf_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                int coi, Zeq64f* pNorm) {
+    return normOf<Zeq8u, 3, Kind::Inf>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_Inf_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               Zeq64f* pNorm) {
+    return normOf<Zeq8s, 1, Kind::Inf>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_Inf_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                int coi, Zeq64f* pNorm) {
+    return normOf<Zeq8s, 3, Kind::Inf>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_Inf_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                Zeq64f* pNorm) {
+    return normOf<Zeq16u, 1, Kind::Inf>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_Inf_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                 int coi, Zeq64f* pNorm) {
+    return normOf<Zeq16u, 3, Kind::Inf>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_Inf_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                Zeq64f* pNorm) {
+    return normOf<Zeq32f, 1, Kind::Inf>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_Inf_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                 int coi, Zeq64f* pNorm) {
+    return normOf<Zeq32f, 3, Kind::Inf>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_L1_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                              Zeq64f* pNorm) {
+    return normOf<Zeq8u, 1, Kind::L1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_L1_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               int coi, Zeq64f* pNorm) {
+    return normOf<Zeq8u, 3, Kind::L1>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_L1_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                              Zeq64f* pNorm) {
+    return normOf<Zeq8s, 1, Kind::L1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_L1_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               int coi, Zeq64f* pNorm) {
+    return normOf<Zeq8s, 3, Kind::L1>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_L1_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               Zeq64f* pNorm) {
+    return normOf<Zeq16u, 1, Kind::L1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_L1_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                int coi, Zeq64f* pNorm) {
+    return normOf<Zeq16u, 3, Kind::L1>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_L1_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               Zeq64f* pNorm) {
+    return normOf<Zeq32f, 1, Kind::L1>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_L1_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                int coi, Zeq64f* pNorm) {
+    return normOf<Zeq32f, 3, Kind::L1>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_L2_8u_C1MR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                              Zeq64f* pNorm) {
+    return normOf<Zeq8u, 1, Kind::L2>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_L2_8u_C3CMR(const Zeq8u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               int coi, Zeq64f* pNorm) {
+    return normOf<Zeq8u, 3, Kind::L2>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_L2_8s_C1MR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                              Zeq64f* pNorm) {
+    return normOf<Zeq8s, 1, Kind::L2>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_L2_8s_C3CMR(const Zeq8s* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               int coi, Zeq64f* pNorm) {
+    return normOf<Zeq8s, 3, Kind::L2>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_L2_16u_C1MR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               Zeq64f* pNorm) {
+    return normOf<Zeq16u, 1, Kind::L2>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_L2_16u_C3CMR(const Zeq16u* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                int coi, Zeq64f* pNorm) {
+    return normOf<Zeq16u, 3, Kind::L2>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNorm_L2_32f_C1MR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                               Zeq64f* pNorm) {
+    return normOf<Zeq32f, 1, Kind::L2>(pSrc, srcStep, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNorm_L2_32f_C3CMR(const Zeq32f* pSrc, int srcStep, const Zeq8u* pMask, int maskStep, ZeqiSize roiSize,
+                                int coi, Zeq64f* pNorm) {
+    return normOf<Zeq32f, 3, Kind::L2>(pSrc, srcStep, pMask, maskStep, roiSize, coi, pNorm);
+}
+ZeqStatus zeqiNormDiff_Inf_8u_C1MR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 1, Kind::Inf, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_Inf_8u_C3CMR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 3, Kind::Inf, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_Inf_8s_C1MR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 1, Kind::Inf, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_Inf_8s_C3CMR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 3, Kind::Inf, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_Inf_16u_C1MR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 1, Kind::Inf, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                   pNorm);
+}
+ZeqStatus zeqiNormDiff_Inf_16u_C3CMR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                     const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 3, Kind::Inf, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                   pNorm);
+}
+ZeqStatus zeqiNormDiff_Inf_32f_C1MR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 1, Kind::Inf, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                   pNorm);
+}
+ZeqStatus zeqiNormDiff_Inf_32f_C3CMR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                     const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 3, Kind::Inf, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                   pNorm);
+}
+ZeqStatus zeqiNormDiff_L1_8u_C1MR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 1, Kind::L1, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormDiff_L1_8u_C3CMR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 3, Kind::L1, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormDiff_L1_8s_C1MR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 1, Kind::L1, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormDiff_L1_8s_C3CMR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 3, Kind::L1, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormDiff_L1_16u_C1MR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 1, Kind::L1, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_L1_16u_C3CMR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 3, Kind::L1, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_L1_32f_C1MR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 1, Kind::L1, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_L1_32f_C3CMR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 3, Kind::L1, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_L2_8u_C1MR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 1, Kind::L2, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormDiff_L2_8u_C3CMR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 3, Kind::L2, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormDiff_L2_8s_C1MR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 1, Kind::L2, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormDiff_L2_8s_C3CMR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 3, Kind::L2, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormDiff_L2_16u_C1MR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 1, Kind::L2, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_L2_16u_C3CMR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 3, Kind::L2, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_L2_32f_C1MR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 1, Kind::L2, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormDiff_L2_32f_C3CMR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 3, Kind::L2, false>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormRel_Inf_8u_C1MR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 1, Kind::Inf, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_Inf_8u_C3CMR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 3, Kind::Inf, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_Inf_8s_C1MR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 1, Kind::Inf, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_Inf_8s_C3CMR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 3, Kind::Inf, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_Inf_16u_C1MR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 1, Kind::Inf, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormRel_Inf_16u_C3CMR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 3, Kind::Inf, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormRel_Inf_32f_C1MR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 1, Kind::Inf, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormRel_Inf_32f_C3CMR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                    const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 3, Kind::Inf, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                  pNorm);
+}
+ZeqStatus zeqiNormRel_L1_8u_C1MR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                 const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 1, Kind::L1, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNormRel_L1_8u_C3CMR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 3, Kind::L1, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                pNorm);
+}
+ZeqStatus zeqiNormRel_L1_8s_C1MR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                 const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 1, Kind::L1, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNormRel_L1_8s_C3CMR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 3, Kind::L1, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                pNorm);
+}
+ZeqStatus zeqiNormRel_L1_16u_C1MR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 1, Kind::L1, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_L1_16u_C3CMR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 3, Kind::L1, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_L1_32f_C1MR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 1, Kind::L1, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_L1_32f_C3CMR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 3, Kind::L1, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_L2_8u_C1MR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                 const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 1, Kind::L2, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNormRel_L2_8u_C3CMR(const Zeq8u* pSrc1, int src1Step, const Zeq8u* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8u, 3, Kind::L2, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                pNorm);
+}
+ZeqStatus zeqiNormRel_L2_8s_C1MR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                 const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 1, Kind::L2, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1, pNorm);
+}
+ZeqStatus zeqiNormRel_L2_8s_C3CMR(const Zeq8s* pSrc1, int src1Step, const Zeq8s* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq8s, 3, Kind::L2, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                pNorm);
+}
+ZeqStatus zeqiNormRel_L2_16u_C1MR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 1, Kind::L2, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_L2_16u_C3CMR(const Zeq16u* pSrc1, int src1Step, const Zeq16u* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq16u, 3, Kind::L2, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_L2_32f_C1MR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                  const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 1, Kind::L2, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, 1,
+                                                 pNorm);
+}
+ZeqStatus zeqiNormRel_L2_32f_C3CMR(const Zeq32f* pSrc1, int src1Step, const Zeq32f* pSrc2, int src2Step,
+                                   const Zeq8u* pMask, int maskStep, ZeqiSize roiSize, int coi, Zeq64f* pNorm) {
+    return normOfDiff<Zeq32f, 3, Kind::L2, true>(pSrc1, src1Step, pSrc2, src2Step, pMask, maskStep, roiSize, coi,
+                                                 pNorm);
+}

@@ -329,20 +329,6 @@ TEST(FFT1D, InPlaceAndBufferChoiceGiveIdenticalBits) {
     }
 }
 
-TEST(FFT1D, SqrtScalingRoundTrips) {
-    Rng rng(4);
-    for (int order : {2, 7, 12, 16}) {
-        const size_t n = size_t(1) << order;
-        RealSpec r(order, zeqFftScaleBySqrtN);
-        const std::vector<float> x = randomFloats(rng, n);
-        std::vector<float> y(n);
-        ASSERT_EQ(zeqStsOk, zeqsFFTFwd_RToPack_32f(x.data(), y.data(), r.p, nullptr));
-        ASSERT_EQ(zeqStsOk, zeqsFFTInv_PackToR_32f(y.data(), y.data(), r.p, nullptr));
-        std::vector<double> want(x.begin(), x.end());
-        EXPECT_LT(relError(y.data(), want), tolerance(order)) << order;
-    }
-}
-
 // Checks in order: specification before data pointers; a failed InitAlloc leaves *ppSpec alone.
 TEST(FFT1D, Statuses) {
     ZeqsFFTSpec_C_32fc* c = nullptr;

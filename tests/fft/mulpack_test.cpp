@@ -48,6 +48,13 @@ TEST(MulPack, FollowsTheLayoutRuleAtAnySize) {
         s.fillRandom(rng);
         d.fillRandom(rng);
         const Image<float> want = ruleProduct(d, s);
+        if (iter % 3 == 2) {  // rows at odd addresses, odd steps apart
+            pack2d::OddRows os(s, 1, 3), od(d, 3, 1);
+            ASSERT_EQ(zeqStsOk, zeqiMulPack_32f_C1IR(os.ptr(), os.step, od.ptr(), od.step, s.size()));
+            Image<float> got(w, h);
+            od.back(got);
+            ASSERT_TRUE(zqt::sameImage(got, want)) << "odd rows " << w << "x" << h;
+        }
         ASSERT_EQ(zeqStsOk, zeqiMulPack_32f_C1IR(s.ptr(), s.step(), d.ptr(), d.step(), s.size()));
         ASSERT_TRUE(zqt::sameImage(d, want)) << w << "x" << h;
         ASSERT_TRUE(d.outsideUntouched());

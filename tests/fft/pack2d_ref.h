@@ -14,6 +14,24 @@
 
 namespace pack2d {
 
+// The pixels of an image moved to rows that start `misalign` bytes past an
+// aligned address and lie `extra` bytes more than a row apart (odd addresses
+// and steps are legal); `back` copies them into an image of the same size.
+struct OddRows {
+    std::vector<char> bytes;
+    int step, misalign, rowBytes, h;
+    OddRows(const zqt::Image<float>& img, int misalign_, int extra)
+        : step(4 * img.width() + extra), misalign(misalign_), rowBytes(4 * img.width()), h(img.height()) {
+        bytes.assign(size_t(step) * size_t(h) + 16, 0);
+        for (int y = 0; y < h; ++y) std::memcpy(at(y), img.row(y), size_t(rowBytes));
+    }
+    char* at(int y) { return bytes.data() + misalign + ptrdiff_t(step) * y; }
+    float* ptr() { return reinterpret_cast<float*>(at(0)); }
+    void back(zqt::Image<float>& img) {
+        for (int y = 0; y < h; ++y) std::memcpy(img.row(y), at(y), size_t(rowBytes));
+    }
+};
+
 using Cd = std::complex<double>;
 
 struct Spectrum {

@@ -1,4 +1,4 @@
-#include "zqtest.h"
+#include "stats_api.h"
 
 #include <cmath>
 
@@ -144,11 +144,15 @@ TYPED_TEST(Norm, MatchesReferenceOverRandomLayouts) {
         m.fill([&](int, int, int) {
             return maskKind == 0 ? 0 : maskKind == 1 || rng.chance(0.5) ? rng.uniform(1, 255) : 0;
         });
+        // Every third case reads rows at odd addresses, an odd (16u) or 4n+2 (32f) step apart.
+        const bool odd = iter % 3 == 2;
+        const statst::OddCopy<T> oa(a, kFloat<T> ? 6 : 1), ob(b, kFloat<T> ? 2 : 3);
+        const T *pa = odd ? oa.ptr() : a.ptr(), *pb = odd ? ob.ptr() : b.ptr();
+        const int as = odd ? oa.step : a.step(), bs = odd ? ob.step : b.step();
         for (Family f : kFamilies)
             for (int k = kInf; k <= kL2; ++k) {
                 double got = -1;
-                const ZeqStatus st = callNorm<T>(f, k, ch, a.ptr(), a.step(), b.ptr(), b.step(), m.ptr(), m.step(),
-                                                 a.size(), coi, &got);
+                const ZeqStatus st = callNorm<T>(f, k, ch, pa, as, pb, bs, m.ptr(), m.step(), a.size(), coi, &got);
                 ZeqStatus wantSt;
                 const double want = refNorm<T>(f, k, a, b, m, ch == 3 ? coi - 1 : 0, &wantSt);
                 ASSERT_EQ(wantSt, st) << "family " << int(f) << " kind " << k;
@@ -201,32 +205,6 @@ TYPED_TEST(Norm, StatusesInOrderAndNothingWritten) {
                 EXPECT_EQ(42, out);
                 // An odd mask step is fine, and the C1 forms ignore coi.
                 EXPECT_LE(0, call(a.ptr(), row, b.ptr(), row, m.ptr(), 9, {8, 2}, ch == 1 ? 0 : 3, &out));
-            }
-}
-
-// Float rows need only start on an even byte: the results equal those of the same pixels stored aligned.
-TEST(Norm32f, EvenStepThatIsNoWholeElementCount) {
-    const int w = 37, h = 4, step = 4 * w * 3 + 2;
-    Rng rng(5);
-    Image<float> a(w, h, 3), b(w, h, 3);
-    Image<Zeq8u> m(w, h);
-    a.fillRandom(rng);
-    b.fillRandom(rng);
-    m.fill([&](int, int, int) { return rng.uniform(0, 1); });
-    std::vector<uint8_t> ra(size_t(step) * h + 4), rb(ra.size());
-    for (int y = 0; y < h; ++y) {
-        std::memcpy(ra.data() + 2 + size_t(y) * step, a.row(y), size_t(4 * w * 3));
-        std::memcpy(rb.data() + 2 + size_t(y) * step, b.row(y), size_t(4 * w * 3));
-    }
-    const float* pa = reinterpret_cast<const float*>(ra.data() + 2);
-    const float* pb = reinterpret_cast<const float*>(rb.data() + 2);
-    for (Family f : kFamilies)
-        for (int k = kInf; k <= kL2; ++k)
-            for (int coi = 1; coi <= 3; ++coi) {
-                double got = 0, want = 1;
-                callNorm<float>(f, k, 3, pa, step, pb, step, m.ptr(), m.step(), a.size(), coi, &got);
-                callNorm<float>(f, k, 3, a.ptr(), a.step(), b.ptr(), b.step(), m.ptr(), m.step(), a.size(), coi, &want);
-                EXPECT_EQ(zqt::bitsOf(want), zqt::bitsOf(got)) << int(f) << " " << k << " " << coi;
             }
 }
 

@@ -110,6 +110,21 @@ int unalignedRows(zqt::Rng& rng, int w, int h, int channels, std::vector<char>& 
     return step;
 }
 
+// The pixels of `img` moved to rows that start one byte past an aligned
+// address and lie `extra` bytes more than a row apart.
+template <class T>
+struct OddCopy {
+    std::vector<char> bytes;
+    int step;
+    OddCopy(const zqt::Image<T>& img, int extra) {
+        const size_t row = size_t(img.width()) * size_t(img.channels()) * sizeof(T);
+        step = int(row) + extra;
+        bytes.assign(size_t(step) * size_t(img.height()) + 16, 0);
+        for (int y = 0; y < img.height(); ++y) std::memcpy(&bytes[1 + size_t(step) * size_t(y)], img.row(y), row);
+    }
+    const T* ptr() const { return reinterpret_cast<const T*>(bytes.data() + 1); }
+};
+
 }  // namespace statst
 
 #endif

@@ -1,12 +1,9 @@
-// The radix stages with 256-bit registers, for processors that have them
-// (chosen at run time in zqcvfftkernels.cpp). 64-bit builds only: the 32-bit
-// build is the SSE2 variant.
-#if defined(__x86_64__)
-
+// The radix stages and first passes with 256-bit registers (four complex
+// values each), for the AVX2 and AVX-512 tiers; the SSE2 tier has its own in
+// zqcvfftkernels.cpp. The arithmetic per value is the same, so are the bits.
 #include "fft/zqcvfft.h"
 
-// Only what follows is compiled for the wider instruction set.
-#pragma GCC target("avx2")
+#if ZQ_TIER >= 1
 
 #include <immintrin.h>
 
@@ -158,40 +155,54 @@ void inPlace(float* d, int m, size_t groups) {
 
 }  // namespace
 
-void firstPassGatherAvx2(const float* src, float* dst, int m, const int32_t* rev, size_t groups, bool inverse) {
+template <Isa I>
+void firstPassGatherWide(const float* src, float* dst, int m, const int32_t* rev, size_t groups, bool inverse) {
     if (inverse) gather<true>(src, dst, m, rev, groups);
     else gather<false>(src, dst, m, rev, groups);
 }
+template void firstPassGatherWide<ZQ_ISA>(const float*, float*, int, const int32_t*, size_t, bool);
 
-void firstPassGatherAllAvx2(const float* src, float* dst, int m, const int32_t* rev, bool inverse) {
+template <Isa I>
+void firstPassGatherAllWide(const float* src, float* dst, int m, const int32_t* rev, bool inverse) {
     if (inverse) gatherAll<true>(src, dst, m, rev);
     else gatherAll<false>(src, dst, m, rev);
 }
+template void firstPassGatherAllWide<ZQ_ISA>(const float*, float*, int, const int32_t*, bool);
 
-void complexOrder6Avx2(const float* src, float* dst, const int32_t* rev, const float* tw, bool inverse) {
+template <Isa I>
+void complexOrder6Wide(const float* src, float* dst, const int32_t* rev, const float* tw, bool inverse) {
     if (inverse) order6<true>(src, dst, rev, tw);
     else order6<false>(src, dst, rev, tw);
 }
+template void complexOrder6Wide<ZQ_ISA>(const float*, float*, const int32_t*, const float*, bool);
 
-void firstPassInPlaceAvx2(float* d, int m, size_t groups, bool inverse) {
+template <Isa I>
+void firstPassInPlaceWide(float* d, int m, size_t groups, bool inverse) {
     if (inverse) inPlace<true>(d, m, groups);
     else inPlace<false>(d, m, groups);
 }
+template void firstPassInPlaceWide<ZQ_ISA>(float*, int, size_t, bool);
 
-void fact4Avx2(float* d, size_t n, size_t span, const float* tw, bool inverse) {
+template <Isa I>
+void fact4Wide(float* d, size_t n, size_t span, const float* tw, bool inverse) {
     if (inverse) radix::fact4<Avx, true>(d, n, span, tw);
     else radix::fact4<Avx, false>(d, n, span, tw);
 }
+template void fact4Wide<ZQ_ISA>(float*, size_t, size_t, const float*, bool);
 
-void fact16Avx2(float* d, size_t n, size_t span, const float* twA, const float* twB, bool inverse) {
+template <Isa I>
+void fact16Wide(float* d, size_t n, size_t span, const float* twA, const float* twB, bool inverse) {
     if (inverse) radix::fact16<Avx, true>(d, n, span, twA, twB);
     else radix::fact16<Avx, false>(d, n, span, twA, twB);
 }
+template void fact16Wide<ZQ_ISA>(float*, size_t, size_t, const float*, const float*, bool);
 
-void fact2Avx2(float* d, size_t span, const float* tw, bool inverse) {
+template <Isa I>
+void fact2Wide(float* d, size_t span, const float* tw, bool inverse) {
     if (inverse) radix::fact2<Avx, true>(d, span, tw);
     else radix::fact2<Avx, false>(d, span, tw);
 }
+template void fact2Wide<ZQ_ISA>(float*, size_t, const float*, bool);
 
 }  // namespace zq
 
