@@ -904,7 +904,47 @@ ZEQ_API ZeqStatus zeqiCanny_32f8u_C1R(const Zeq32f* pSrcDx, int srcDxStep, const
         Zeq8u* pBuffer);
 
 /* ==== Corner measures ==== */
-/* (corner: declarations to come) */
+/*
+ * Corner strength from the structure matrix M = [Sxx Sxy; Sxy Syy] at every
+ * pixel: Sxx, Sxy, Syy are the unnormalised avgWindow x avgWindow box sums of
+ * dx*dx, dx*dy, dy*dy, where dx and dy are the Sobel first derivatives of
+ * kernel size apertureSize (3, 5 or 7; the state filters above, replicated
+ * borders). Each sum is multiplied by s = 1 / (255 p^2 q^2), p = 2^(apertureSize-1),
+ * q = avgWindow, for every source type (float sources too). With
+ * a = s Sxx, b = s Sxy, c = s Syy:
+ *   MinEigenVal: (a + c - sqrt(4 b^2 + (a - c)^2)) / 2, the square root in
+ *     double precision; one float per pixel.
+ *   EigenValsVecs: six floats per pixel, l1 >= l2 (the eigenvalues) and unit
+ *     eigenvectors (x1, y1) of l1 and (x2, y2) of l2, in the order
+ *     l1, l2, x1, y1, x2, y2. All six are 0 where min(a, c) or a c - b^2 is
+ *     below eps = 0.01 max(a, c); (l1, l2, 1, 0, 0, 1) where |b| < eps;
+ *     otherwise x1 = b / r1, y1 = (l1 - a) / r1, x2 = b / r2, y2 = (l2 - a) / r2
+ *     with r the vector's length (1.1920929e-07 where it is 0).
+ * pBuffer: a work buffer of at least zeqiMinEigenValGetSize (the same as
+ * zeqiEigenValsVecsGetSize) bytes, any alignment: 12 x roiWidth x (1 + 7)
+ * bytes for the sizes above. Its size is not checked.
+ * Types: 8u, 8s or 32f source, 32f result.
+ * Steps: source at least its row; result at least 4 x width (MinEigenVal) or
+ * 24 x width (EigenValsVecs), and even.
+ * Statuses: zeqStsNullPtr (pSrc, result or pBuffer), zeqStsSize (roi, then
+ * apertureSize, then avgWindow not 3, 5 or 7), zeqStsStep, zeqStsStepAlign;
+ * the status of a failed state creation (zeqStsMemAlloc).
+ * The size queries: zeqStsNullPtr, zeqStsSize (roiWidth < 1, a size not 3, 5
+ * or 7, or a buffer too large for an int). */
+ZEQ_API ZeqStatus zeqiMinEigenValGetSize(int roiWidth, int apertureSize, int avgWindow, int* pBufferSize);
+ZEQ_API ZeqStatus zeqiEigenValsVecsGetSize(int roiWidth, int apertureSize, int avgWindow, int* pBufferSize);
+ZEQ_API ZeqStatus zeqiMinEigenVal_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pMinEigenVal, int minValStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiMinEigenVal_8s32f_C1R(const Zeq8s* pSrc, int srcStep, Zeq32f* pMinEigenVal, int minValStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiMinEigenVal_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pMinEigenVal, int minValStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiEigenValsVecs_8u32f_C1R(const Zeq8u* pSrc, int srcStep, Zeq32f* pEigenVV, int eigStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiEigenValsVecs_8s32f_C1R(const Zeq8s* pSrc, int srcStep, Zeq32f* pEigenVV, int eigStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
+ZEQ_API ZeqStatus zeqiEigenValsVecs_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pEigenVV, int eigStep,
+        ZeqiSize roiSize, int apertureSize, int avgWindow, Zeq8u* pBuffer);
 
 /* ==== Gaussian 5x5 pyramid ==== */
 /*
