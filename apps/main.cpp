@@ -25,6 +25,8 @@ const std::vector<Command>& commands() {
          "zeqcv edges photo.jpg --low 40 --high 120 --out out", runEdges, demoEdges},
         {"spectrum", "centred log-magnitude of the 2-D FFT", "zeqcv spectrum photo.jpg --out out", runSpectrum,
          demoSpectrum},
+        {"corners", "corner strength (smaller eigenvalue of the structure matrix), the strongest corners printed",
+         "zeqcv corners photo.jpg --aperture 3 --window 5 --best 10 --vectors --out out", runCorners, demoCorners},
         {"filter", "Sobel derivatives of any order, Laplace or box sum, 3x3 to 7x7 (the state filters)",
          "zeqcv filter photo.jpg --kind sobel --size 5 --dx 1 --dy 1 --out out", runFilter, demoFilter},
         {"pyramid", "Gaussian 5x5 pyramid: every level down, and each expanded back up",

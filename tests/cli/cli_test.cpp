@@ -204,6 +204,41 @@ void expectSame(const zeqcv::Image<Zeq8u>& expected, const zeqcv::Image<Zeq8u>& 
             ASSERT_EQ(expected.row(y)[x], got.row(y)[x]) << what << " at " << x << "," << y;
 }
 
+TEST_F(Cli, CornersAreTheLibrarysEigenvalues) {
+    tool::writePng(path("c.png"), clitest::scene(33, 21, 1));
+    const auto grey = greyOf(path("c.png"));
+    for (const auto& size : {std::pair<int, int>{3, 5}, {7, 3}}) {
+        const std::string o = path("o" + std::to_string(size.first));
+        const auto r = run("corners --raw --vectors --best 3 --aperture " + std::to_string(size.first) + " --window " +
+                           std::to_string(size.second) + " '" + path("c.png") + "' -o '" + o + "'");
+        ASSERT_EQ(0, r.status) << r.err;
+        zeqcv::Image<Zeq32f> minimum(33, 21), vv(33, 21, 6);
+        zeqcv::Buffer<Zeq8u> b1, b2;
+        ASSERT_EQ(zeqStsOk, b1.sized(zeqiMinEigenValGetSize, 33, size.first, size.second));
+        ASSERT_EQ(zeqStsOk, b2.sized(zeqiEigenValsVecsGetSize, 33, size.first, size.second));
+        ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiMinEigenVal_8u32f_C1R, grey, minimum, zeqcv::roi, size.first, size.second,
+                                        b1.data()));
+        ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiEigenValsVecs_8u32f_C1R, grey, vv, zeqcv::roi, size.first, size.second,
+                                        b2.data()));
+        const auto m = clitest::readPfm(o + "/c-corners.pfm"), l1 = clitest::readPfm(o + "/c-l1.pfm"),
+                   l2 = clitest::readPfm(o + "/c-l2.pfm");
+        ASSERT_TRUE(m && l1 && l2);
+        ZeqiPoint best = {0, 0};
+        for (int y = 0; y < 21; ++y)
+            for (int x = 0; x < 33; ++x) {
+                ASSERT_EQ(minimum.row(y)[x], m.row(y)[x]) << x << "," << y;
+                ASSERT_EQ(vv.row(y)[x * 6], l1.row(y)[x]) << x << "," << y;
+                ASSERT_EQ(vv.row(y)[x * 6 + 1], l2.row(y)[x]) << x << "," << y;
+                if (minimum.row(y)[x] > minimum.row(best.y)[best.x]) best = {x, y};
+            }
+        char line[96];
+        std::snprintf(line, sizeof line, "corner 1 at %d,%d strength %.9g l1 %.9g", best.x, best.y,
+                      double(minimum.row(best.y)[best.x]), double(vv.row(best.y)[best.x * 6]));
+        EXPECT_NE(std::string::npos, r.out.find(line)) << r.out << " lacks " << line;
+        EXPECT_NE(std::string::npos, r.out.find("corner 3 at")) << r.out;
+    }
+}
+
 TEST_F(Cli, FilterIsTheLibrarysStateFilter) {
     tool::writePng(path("f.png"), clitest::scene(25, 16, 3));
     const auto grey = greyOf(path("f.png"));
@@ -535,7 +570,7 @@ TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
         ASSERT_EQ(0, r.status) << r.err;
         EXPECT_NE(std::string::npos, r.out.find("overview.png")) << r.out;
         for (const char* f : {"overview.png", "edges.png", "spectrum.png", "absdiff.png", "minmax.png", "direction.png",
-                              "laplace5.png", "pyramid-down4.png", "fill.png", "close-ellipse9.png", "line.png", "motion-mhi.png"})
+                              "corners-marked.png", "laplace5.png", "pyramid-down4.png", "fill.png", "close-ellipse9.png", "line.png", "motion-mhi.png"})
             EXPECT_NO_THROW(tool::readPicture(path("demo/") + f)) << f;
         for (const auto& name : names(path("demo"))) EXPECT_NE('.', name[0]) << "a temporary file stayed: " << name;
     }
@@ -552,7 +587,7 @@ TEST_F(Cli, VersionAndHelp) {
     EXPECT_NE(std::string::npos, v.out.find("libzeqcvw7.so v4.1")) << v.out;
     const auto h = run("--help");
     EXPECT_EQ(0, h.status);
-    for (const char* c : {"demo", "diff", "accumulate", "stats", "gradient", "edges", "spectrum", "filter", "pyramid", "distance",
+    for (const char* c : {"demo", "diff", "accumulate", "stats", "gradient", "edges", "spectrum", "corners", "filter", "pyramid", "distance",
                           "fill", "morph", "motion", "sample-line", "match", "version"})
         EXPECT_NE(std::string::npos, h.out.find(std::string("\n  zeqcv ") + c)) << c << " has no example";
 }
