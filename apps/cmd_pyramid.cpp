@@ -76,6 +76,10 @@ void demoPyramid(Demo& demo) {
     std::vector<zeqcv::Image<Zeq8u>> down;
     zeqcv::Image<Zeq8u> up;
     demo.time("Gaussian pyramid, 4 levels (RGB)", "zeqiPyrDown_Gauss5x5_8u_C3R", [&] { down = levelsOf(colour, 4); });
+    if (down.empty()) {  // a 1 x 1 photograph has no level below it
+        std::printf("pyramid: a 1 x 1 image has no smaller level, step skipped\n");
+        return;
+    }
     demo.time("level 1 expanded (RGB)", "zeqiPyrUp_Gauss5x5_8u_C3R", [&] { up = pyramidStep(down[0], false); });
     // The levels side by side, level 1 on the left.
     int width = 0;

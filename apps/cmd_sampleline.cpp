@@ -100,7 +100,7 @@ void demoSampleLine(Demo& demo) {
         px[0] = c.r, px[1] = c.g, px[2] = c.b;
     };
     const int plotH = h / 3, thick = std::max(1, w / 200);
-    for (int y = h - plotH - 4; y < h; ++y)
+    for (int y = std::max(0, h - plotH - 4); y < h; ++y)
         for (size_t i = 0; i < size_t(w) * 3; ++i) p.row8(y)[i] = uint8_t(p.row8(y)[i] / 4);
     int lastY = -1;
     for (size_t i = 0; i < s.at.size(); ++i) {

@@ -23,6 +23,10 @@ int runEdges(int argc, char** argv);                                   // cmd_ed
 void demoEdges(Demo& demo);
 int runSpectrum(int argc, char** argv);                                // cmd_spectrum.cpp
 void demoSpectrum(Demo& demo);
+int runCorners(int argc, char** argv);                                 // cmd_corners.cpp
+void demoCorners(Demo& demo);
+int runFilter(int argc, char** argv);                                  // cmd_filter.cpp
+void demoFilter(Demo& demo);
 int runPyramid(int argc, char** argv);                                 // cmd_pyramid.cpp
 void demoPyramid(Demo& demo);
 int runDistance(int argc, char** argv);                                // cmd_distance.cpp

@@ -3,7 +3,7 @@
  * nothing itself.
  *
  * - Owners: move-only handles that release what the library allocated
- *   (zeqsMalloc blocks, FFT specifications, morphology states, work buffers
+ *   (zeqsMalloc blocks, FFT specifications, convolution and morphology states, work buffers
  *   sized by a GetSize or GetBufSize query) on every path.
  * - ImageView / Image: (pointer, step, size) of a region, and an owning image
  *   with 32-byte-aligned rows. zeqcv::call() passes each view as its
@@ -100,6 +100,7 @@ using FFTSpecC = Owner<ZeqsFFTSpec_C_32fc, zeqsFFTFree_C_32fc>;
 using FFTSpecR = Owner<ZeqsFFTSpec_R_32f, zeqsFFTFree_R_32f>;
 using FFT2DSpecR = Owner<ZeqiFFTSpec_R_32f, zeqiFFTFree_R_32f>;
 using MorphState = Owner<ZeqiMorphState, zeqiMorphologyFree>;
+using ConvState = Owner<ZeqiConvState, zeqiConvolFree>;
 
 /* len elements of T in one block from zeqsMalloc_8u (32-byte aligned,
  * uncleared). Empty after a failed allocation: test it. */

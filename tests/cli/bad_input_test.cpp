@@ -74,6 +74,8 @@ TEST_F(Cli, BadInputIsRefusedCleanly) {
         {"the library refuses", "edges --low 10 --high 5 {dir}/good.png -o {dir}/out", 1, "zeqStsBadArg", "good.png"},
         {"mask of another size", "diff --mask {dir}/small.png {dir}/good.png {dir}/good.jpg -o {dir}/out", 1,
          "the mask is 3 x 3", "small.png"},
+        {"no such window", "corners --window 4 {dir}/good.png -o {dir}/out", 1, "zeqStsSize", "good.png"},
+        {"no such aperture", "filter --size 4 {dir}/good.png -o {dir}/out", 1, "zeqStsSize", "good.png"},
         {"no pyramid levels", "pyramid --levels 0 {dir}/good.png -o {dir}/out", 1, "--levels: 0 is not between", nullptr},
         {"no such chamfer mask", "distance --mask 4 {dir}/good.png -o {dir}/out", 1, "--mask: 4 is neither", nullptr},
         {"nothing to measure to", "distance --threshold 1 {dir}/good.png -o {dir}/out", 1, "no pixel outside", "good.png"},

@@ -204,6 +204,84 @@ void expectSame(const zeqcv::Image<Zeq8u>& expected, const zeqcv::Image<Zeq8u>& 
             ASSERT_EQ(expected.row(y)[x], got.row(y)[x]) << what << " at " << x << "," << y;
 }
 
+TEST_F(Cli, CornersAreTheLibrarysEigenvalues) {
+    tool::writePng(path("c.png"), clitest::scene(33, 21, 1));
+    const auto grey = greyOf(path("c.png"));
+    for (const auto& size : {std::pair<int, int>{3, 5}, {7, 3}}) {
+        const std::string o = path("o" + std::to_string(size.first));
+        const auto r = run("corners --raw --vectors --best 3 --aperture " + std::to_string(size.first) + " --window " +
+                           std::to_string(size.second) + " '" + path("c.png") + "' -o '" + o + "'");
+        ASSERT_EQ(0, r.status) << r.err;
+        zeqcv::Image<Zeq32f> minimum(33, 21), vv(33, 21, 6);
+        zeqcv::Buffer<Zeq8u> b1, b2;
+        ASSERT_EQ(zeqStsOk, b1.sized(zeqiMinEigenValGetSize, 33, size.first, size.second));
+        ASSERT_EQ(zeqStsOk, b2.sized(zeqiEigenValsVecsGetSize, 33, size.first, size.second));
+        ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiMinEigenVal_8u32f_C1R, grey, minimum, zeqcv::roi, size.first, size.second,
+                                        b1.data()));
+        ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiEigenValsVecs_8u32f_C1R, grey, vv, zeqcv::roi, size.first, size.second,
+                                        b2.data()));
+        const auto m = clitest::readPfm(o + "/c-corners.pfm"), l1 = clitest::readPfm(o + "/c-l1.pfm"),
+                   l2 = clitest::readPfm(o + "/c-l2.pfm");
+        ASSERT_TRUE(m && l1 && l2);
+        ZeqiPoint best = {0, 0};
+        for (int y = 0; y < 21; ++y)
+            for (int x = 0; x < 33; ++x) {
+                ASSERT_EQ(minimum.row(y)[x], m.row(y)[x]) << x << "," << y;
+                ASSERT_EQ(vv.row(y)[x * 6], l1.row(y)[x]) << x << "," << y;
+                ASSERT_EQ(vv.row(y)[x * 6 + 1], l2.row(y)[x]) << x << "," << y;
+                if (minimum.row(y)[x] > minimum.row(best.y)[best.x]) best = {x, y};
+            }
+        char line[96];
+        std::snprintf(line, sizeof line, "corner 1 at %d,%d strength %.9g l1 %.9g", best.x, best.y,
+                      double(minimum.row(best.y)[best.x]), double(vv.row(best.y)[best.x * 6]));
+        EXPECT_NE(std::string::npos, r.out.find(line)) << r.out << " lacks " << line;
+        EXPECT_NE(std::string::npos, r.out.find("corner 3 at")) << r.out;
+    }
+}
+
+TEST_F(Cli, FilterIsTheLibrarysStateFilter) {
+    tool::writePng(path("f.png"), clitest::scene(25, 16, 3));
+    const auto grey = greyOf(path("f.png"));
+    struct Case {
+        const char* options;
+        const char* kind;
+        bool floats;
+        int size, dx, dy;
+    };
+    const Case cases[] = {{"--kind sobel --size 5 --dx 1 --dy 1", "sobel", false, 5, 1, 1},
+                          {"--kind laplace --size 7", "laplace", false, 7, 0, 0},
+                          {"--kind blur --size 3 --float", "blur", true, 3, 0, 0},
+                          {"--kind sobel --dx 0 --dy 2 --float", "sobel", true, 3, 0, 2}};
+    for (const Case& c : cases) {
+        const auto r = run(std::string("filter --raw ") + c.options + " '" + path("f.png") + "' -o '" + path("o") + "'");
+        ASSERT_EQ(0, r.status) << r.err;
+        const ZeqDataType type = c.floats ? zeq32f : zeq8u;
+        zeqcv::ConvState state;
+        const std::string kind = c.kind;
+        const ZeqStatus made = kind == "sobel"     ? state.init(zeqiSobelInitAlloc, 25, type, c.size, 0, c.dx, c.dy)
+                               : kind == "laplace" ? state.init(zeqiLaplaceInitAlloc, 25, type, c.size)
+                                                   : state.init(zeqiBlurInitAlloc, 25, type, c.size);
+        ASSERT_EQ(zeqStsOk, made);
+        zeqcv::Image<Zeq32f> expected(25, 16), src(25, 16);
+        zeqcv::Image<Zeq16s> sums(25, 16);
+        ZeqiSize rows = {25, 16};
+        if (c.floats) {
+            ASSERT_EQ(zeqStsOk, zeqcv::call(zeqiConvert_8u32f_C1R, grey, src, zeqcv::roi));
+            ASSERT_EQ(zeqStsOk, zeqcv::call(kind == "sobel" ? zeqiSobel_32f_C1R : zeqiBlur_32f_C1R, src, expected, &rows,
+                                            state.get(), 0));
+        } else {
+            ASSERT_EQ(zeqStsOk, zeqcv::call(kind == "sobel" ? zeqiSobel_8u16s_C1R : zeqiLaplace_8u16s_C1R, grey, sums,
+                                            &rows, state.get(), 0));
+            for (int y = 0; y < 16; ++y)
+                for (int x = 0; x < 25; ++x) expected.row(y)[x] = sums.row(y)[x];
+        }
+        const auto got = clitest::readPfm(path("o/f-") + c.kind + ".pfm");
+        ASSERT_TRUE(got) << c.options;
+        for (int y = 0; y < 16; ++y)
+            for (int x = 0; x < 25; ++x) ASSERT_EQ(expected.row(y)[x], got.row(y)[x]) << c.options << " at " << x << "," << y;
+    }
+}
+
 TEST_F(Cli, PyramidLevelsAreTheLibrarysGaussianSteps) {
     for (int channels : {1, 3}) {
         tool::writePng(path("p.png"), clitest::scene(37, 23, channels));
@@ -492,9 +570,14 @@ TEST_F(Cli, DemoWritesEveryResultAndTheOverview) {
         ASSERT_EQ(0, r.status) << r.err;
         EXPECT_NE(std::string::npos, r.out.find("overview.png")) << r.out;
         for (const char* f : {"overview.png", "edges.png", "spectrum.png", "absdiff.png", "minmax.png", "direction.png",
-                              "pyramid-down4.png", "fill.png", "close-ellipse9.png", "line.png", "motion-mhi.png"})
+                              "corners-marked.png", "laplace5.png", "pyramid-down4.png", "fill.png", "close-ellipse9.png", "line.png", "motion-mhi.png"})
             EXPECT_NO_THROW(tool::readPicture(path("demo/") + f)) << f;
         for (const auto& name : names(path("demo"))) EXPECT_NE('.', name[0]) << "a temporary file stayed: " << name;
+    }
+    for (int side : {1, 2}) {  // steps that need more pixels are skipped
+        tool::writePng(path("tiny.png"), clitest::scene(side, side, 3));
+        const auto r = run("demo --input '" + path("tiny.png") + "' --out '" + path("tiny") + "'");
+        EXPECT_EQ(0, r.status) << side << ": " << r.err;
     }
 }
 
@@ -504,7 +587,7 @@ TEST_F(Cli, VersionAndHelp) {
     EXPECT_NE(std::string::npos, v.out.find("libzeqcvw7.so v4.1")) << v.out;
     const auto h = run("--help");
     EXPECT_EQ(0, h.status);
-    for (const char* c : {"demo", "diff", "accumulate", "stats", "gradient", "edges", "spectrum", "pyramid", "distance",
+    for (const char* c : {"demo", "diff", "accumulate", "stats", "gradient", "edges", "spectrum", "corners", "filter", "pyramid", "distance",
                           "fill", "morph", "motion", "sample-line", "match", "version"})
         EXPECT_NE(std::string::npos, h.out.find(std::string("\n  zeqcv ") + c)) << c << " has no example";
 }

@@ -80,6 +80,10 @@ TEST(Owner, MovesAndReleases) {
                                    nullptr));
     zeqcv::MorphState other = std::move(morph);
     EXPECT_TRUE(other && !morph);
+    zeqcv::ConvState conv;
+    EXPECT_EQ(zeqStsSize, conv.init(zeqiLaplaceInitAlloc, 8, zeq8u, 4));
+    ASSERT_EQ(zeqStsOk, conv.init(zeqiSobelInitAlloc, 8, zeq32f, 5, 0, 1, 1));
+    EXPECT_TRUE(conv);
 }
 
 TEST(Buffer, SizedByTheLibrarysQueries) {
