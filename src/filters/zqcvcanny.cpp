@@ -312,7 +312,10 @@ void writeEdges(Zeq8u* directionMap, int width, int height, Zeq8u* pDst, int dst
     for (int y = 0; y < height; ++y) {
         Zeq8u* dir = directionMap + (y + 1) * stride + 1;
         Zeq8u* dst = zq::row(pDst, dstStep, y);
-        int x = 0;
+        int x = zq::dispatch([&](auto tier) {
+            if constexpr (tier.value == zq::Isa::Sse2) return 0;
+            else return zq::ownCannyEdgesRow<tier.value>(dir, dst, width);
+        });
         for (; x + 16 <= width; x += 16) {
             const __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dir + x));
             const __m128i isEdge = _mm_cmpeq_epi8(d, edge);

@@ -17,6 +17,12 @@ namespace zq {
 template <Isa I, class T>
 uint64_t ownCannyMagnitudes(const T* dx, const T* dy, int groups, float low, Zeq8u* dir, Zeq32f* mag);
 
+// The result row from the direction row: 255 where the mark is the edge
+// mark (which turns back into the candidate mark), 0 elsewhere, a register
+// at a time; returns the first column not done.
+template <Isa I>
+int ownCannyEdgesRow(Zeq8u* dir, Zeq8u* dst, int width);
+
 }  // namespace zq
 
 #endif

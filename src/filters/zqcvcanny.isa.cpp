@@ -1,6 +1,7 @@
 // The magnitude pass of the Canny gradient stage with 256- and 512-bit
 // registers: eight pixels (one group) per 256-bit register, two per 512-bit one.
 #include "filters/zqcvcanny.h"
+#include "core/zqcvregs.h"
 
 #include <immintrin.h>
 
@@ -74,6 +75,24 @@ uint64_t ownCannyMagnitudes(const T* dx, const T* dy, int groups, float low, Zeq
     return busy;
 }
 
+template <Isa I>
+int ownCannyEdgesRow(Zeq8u* dir, Zeq8u* dst, int width) {
+    using R = Regs<I>;
+    constexpr int W = R::bytes;
+    const typename R::I edge = R::set1_8(0xff), low7 = R::set1_8(0x7f);
+    int x = 0;
+    for (; x + W <= width; x += W) {
+        const typename R::I d = R::load(dir + x), isEdge = R::cmpeq8(d, edge);
+        R::store(dst + x, isEdge);
+        bool any;
+        if constexpr (I == Isa::Avx512) any = _mm512_movepi8_mask(isEdge) != 0;
+        else any = !_mm256_testz_si256(isEdge, isEdge);
+        if (any) R::store(dir + x, R::andnoti(R::andi(isEdge, low7), d));
+    }
+    return x;
+}
+
+template int ownCannyEdgesRow<ZQ_ISA>(Zeq8u*, Zeq8u*, int);
 template uint64_t ownCannyMagnitudes<ZQ_ISA, Zeq16s>(const Zeq16s*, const Zeq16s*, int, float, Zeq8u*, Zeq32f*);
 template uint64_t ownCannyMagnitudes<ZQ_ISA, Zeq32f>(const Zeq32f*, const Zeq32f*, int, float, Zeq8u*, Zeq32f*);
 
