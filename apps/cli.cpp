@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <climits>
 #include <cstring>
 #include <dirent.h>
 #include <sys/stat.h>
@@ -42,6 +43,25 @@ int Args::integer(const std::string& name, int fallback) const {
     const double v = number(name, fallback);
     if (v != double(int(v))) fail("--" + name + ": '" + text(name, "") + "' is not a whole number");
     return int(v);
+}
+
+ZeqiPoint Args::point(const std::string& name, ZeqiPoint fallback) const {
+    if (!has(name)) return fallback;
+    const std::string t = text(name, "");
+    long x = 0, y = 0;
+    int used = 0;
+    if (std::sscanf(t.c_str(), "%ld,%ld%n", &x, &y, &used) != 2 || size_t(used) != t.size() || x < INT_MIN ||
+        x > INT_MAX || y < INT_MIN || y > INT_MAX)
+        fail("--" + name + ": '" + t + "' is not a point X,Y");
+    return {int(x), int(y)};
+}
+
+std::string Args::choice(const std::string& name, const std::vector<std::string>& choices) const {
+    const std::string t = text(name, choices.front());
+    if (std::find(choices.begin(), choices.end(), t) != choices.end()) return t;
+    std::string all;
+    for (const std::string& c : choices) all += (all.empty() ? "" : ", ") + c;
+    fail("--" + name + ": '" + t + "' is not one of " + all);
 }
 
 Args parseArgs(int argc, char** argv, const char* usage, const std::vector<Option>& own, bool takesOut,

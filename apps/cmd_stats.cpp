@@ -38,9 +38,12 @@ struct StatsCalls<Zeq8u> {
     static constexpr auto meanStdC3 = ZEQCV_NAMED(zeqiMean_StdDev_8u_C3CMR);
     static constexpr auto minMax = ZEQCV_NAMED(zeqiMinMaxIndx_8u_C1MR);
     static constexpr auto minMaxC3 = ZEQCV_NAMED(zeqiMinMaxIndx_8u_C3CMR);
-    static constexpr auto inf = ZEQCV_NAMED(zeqiNorm_Inf_8u_C1MR), infC3 = ZEQCV_NAMED(zeqiNorm_Inf_8u_C3CMR);
-    static constexpr auto l1 = ZEQCV_NAMED(zeqiNorm_L1_8u_C1MR), l1C3 = ZEQCV_NAMED(zeqiNorm_L1_8u_C3CMR);
-    static constexpr auto l2 = ZEQCV_NAMED(zeqiNorm_L2_8u_C1MR), l2C3 = ZEQCV_NAMED(zeqiNorm_L2_8u_C3CMR);
+    static constexpr auto inf = ZEQCV_NAMED(zeqiNorm_Inf_8u_C1MR);
+    static constexpr auto infC3 = ZEQCV_NAMED(zeqiNorm_Inf_8u_C3CMR);
+    static constexpr auto l1 = ZEQCV_NAMED(zeqiNorm_L1_8u_C1MR);
+    static constexpr auto l1C3 = ZEQCV_NAMED(zeqiNorm_L1_8u_C3CMR);
+    static constexpr auto l2 = ZEQCV_NAMED(zeqiNorm_L2_8u_C1MR);
+    static constexpr auto l2C3 = ZEQCV_NAMED(zeqiNorm_L2_8u_C3CMR);
 };
 template <>
 struct StatsCalls<Zeq16u> {
@@ -48,9 +51,12 @@ struct StatsCalls<Zeq16u> {
     static constexpr auto meanStdC3 = ZEQCV_NAMED(zeqiMean_StdDev_16u_C3CMR);
     static constexpr auto minMax = ZEQCV_NAMED(zeqiMinMaxIndx_16u_C1MR);
     static constexpr auto minMaxC3 = ZEQCV_NAMED(zeqiMinMaxIndx_16u_C3CMR);
-    static constexpr auto inf = ZEQCV_NAMED(zeqiNorm_Inf_16u_C1MR), infC3 = ZEQCV_NAMED(zeqiNorm_Inf_16u_C3CMR);
-    static constexpr auto l1 = ZEQCV_NAMED(zeqiNorm_L1_16u_C1MR), l1C3 = ZEQCV_NAMED(zeqiNorm_L1_16u_C3CMR);
-    static constexpr auto l2 = ZEQCV_NAMED(zeqiNorm_L2_16u_C1MR), l2C3 = ZEQCV_NAMED(zeqiNorm_L2_16u_C3CMR);
+    static constexpr auto inf = ZEQCV_NAMED(zeqiNorm_Inf_16u_C1MR);
+    static constexpr auto infC3 = ZEQCV_NAMED(zeqiNorm_Inf_16u_C3CMR);
+    static constexpr auto l1 = ZEQCV_NAMED(zeqiNorm_L1_16u_C1MR);
+    static constexpr auto l1C3 = ZEQCV_NAMED(zeqiNorm_L1_16u_C3CMR);
+    static constexpr auto l2 = ZEQCV_NAMED(zeqiNorm_L2_16u_C1MR);
+    static constexpr auto l2C3 = ZEQCV_NAMED(zeqiNorm_L2_16u_C3CMR);
 };
 #undef ZEQCV_NAMED
 

@@ -23,6 +23,20 @@ int runEdges(int argc, char** argv);                                   // cmd_ed
 void demoEdges(Demo& demo);
 int runSpectrum(int argc, char** argv);                                // cmd_spectrum.cpp
 void demoSpectrum(Demo& demo);
+int runPyramid(int argc, char** argv);                                 // cmd_pyramid.cpp
+void demoPyramid(Demo& demo);
+int runDistance(int argc, char** argv);                                // cmd_distance.cpp
+void demoDistance(Demo& demo);
+int runFill(int argc, char** argv);                                    // cmd_fill.cpp
+void demoFill(Demo& demo);
+int runMorph(int argc, char** argv);                                   // cmd_morph.cpp
+void demoMorph(Demo& demo);
+int runMotion(int argc, char** argv);                                  // cmd_motion.cpp
+void demoMotion(Demo& demo);
+int runSampleLine(int argc, char** argv);                              // cmd_sampleline.cpp
+void demoSampleLine(Demo& demo);
+int runMatch(int argc, char** argv);                                   // cmd_match.cpp
+void demoMatch(Demo& demo);
 
 }  // namespace tool
 

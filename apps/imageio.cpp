@@ -274,6 +274,12 @@ void writePfm(const std::string& path, zeqcv::ImageView<const Zeq32f> image) {
     out.commit();
 }
 
+void writeText(const std::string& path, const std::string& text) {
+    AtomicFile out(path);
+    std::fwrite(text.data(), 1, text.size(), out.file());
+    out.commit();
+}
+
 void prepareOutputDir(const std::string& dir) {
     // mkdir -p, one level at a time.
     for (size_t pos = 1; pos <= dir.size(); ++pos) {

@@ -50,6 +50,13 @@ zeqcv::Image<Zeq32f> greyFloat(const Picture& p) {
     return out;
 }
 
+zeqcv::Image<Zeq8u> rgb8(const Picture& p) {
+    const Picture rgb = fitRgb(p, p.width, p.height);
+    auto out = newImage<Zeq8u>(p.width, p.height, 3);
+    for (int y = 0; y < p.height; ++y) std::copy(rgb.row8(y), rgb.row8(y) + rgb.rowBytes(), out.row(y));
+    return out;
+}
+
 Picture pictureOf(zeqcv::ImageView<const Zeq8u> image, int channels) {
     Picture p;
     p.width = image.width();

@@ -55,6 +55,7 @@ std::string stem(const std::string& path);
 
 void writePng(const std::string& path, const Picture& picture);
 void writePfm(const std::string& path, zeqcv::ImageView<const Zeq32f> image);
+void writeText(const std::string& path, const std::string& text);
 
 // --raw: how float results are stored.
 enum class Raw { None, Pfm, Png16 };
@@ -72,6 +73,8 @@ std::string saveFloat(const std::string& pathNoExt, zeqcv::ImageView<const Zeq32
 zeqcv::Image<Zeq8u> grey8(const Picture& picture);
 // Grey at the file's depth, as float (0..255 or 0..65535).
 zeqcv::Image<Zeq32f> greyFloat(const Picture& picture);
+// 8-bit RGB (3 channels) of any picture; alpha dropped, grey repeated.
+zeqcv::Image<Zeq8u> rgb8(const Picture& picture);
 // Picture views of library images, for writing.
 Picture pictureOf(zeqcv::ImageView<const Zeq8u> image, int channels = 1);
 // An 8-bit view of a float image mapped linearly from [lo, hi] to [0, 255].
@@ -110,6 +113,10 @@ struct Args {
     std::string text(const std::string& name, const std::string& fallback) const;
     double number(const std::string& name, double fallback) const;
     int integer(const std::string& name, int fallback) const;
+    // "X,Y" as a point (whole numbers).
+    ZeqiPoint point(const std::string& name, ZeqiPoint fallback) const;
+    // One of `choices`, or a failure listing them.
+    std::string choice(const std::string& name, const std::vector<std::string>& choices) const;
 };
 
 // Parses with getopt_long: --out/-o DIR, --raw[=pfm|png16], --help/-h, and the

@@ -811,7 +811,63 @@ ZEQ_API ZeqStatus zeqiScharr_Dy_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f*
         ZeqiSize roi, int scaleShift);
 
 /* ==== Convolution states and the Sobel, Laplace and Blur state filters ==== */
-/* (conv: declarations to come) */
+/*
+ * A ZeqiConvState holds the two one-dimensional kernels of a separable
+ * filter and a ring of row buffers, for rows of at most roiWidth pixels.
+ *   zeqiSobelInitAlloc: derivative of order dx along rows and dy across rows
+ *     with a kernelSize x kernelSize aperture (3, 5 or 7): kernels from
+ *     binomial smoothing then differencing, e.g. size 3 order 0/1/2 =
+ *     (1 2 1), (-1 0 1), (1 -2 1); origin 1 negates an odd dy kernel
+ *     (rows counted bottom up). 0 < dx + dy, dx, dy < min(4, kernelSize).
+ *   zeqiLaplaceInitAlloc: second x derivative plus second y derivative.
+ *   zeqiBlurInitAlloc: the unnormalised kernelSize x kernelSize box sum.
+ * dataType: zeq8u, zeq8s or zeq32f, the type of the filter's source.
+ * InitAlloc statuses, in order: zeqStsNullPtr (ppState); zeqStsSize
+ * (roiWidth < 1, kernelSize not 3/5/7, or the orders above); zeqStsDataType;
+ * zeqStsBadArg (Sobel: origin not 0 or 1); zeqStsMemAlloc (nothing stored).
+ * zeqiConvolFree releases the whole state: zeqStsNullPtr for a null state.
+ *
+ * The filters: dst = the separable correlation of src with the state's
+ * kernels (kernel entry j at offset j - kernelSize/2 from the pixel),
+ * pixels beyond the image replicating its nearest edge pixel. Integer
+ * sources sum in 32 bits and saturate to int16; float sums run in float, a
+ * difference taken before the smoothing (so a 3x3 Sobel state gives the
+ * fixed 3x3 filters' bits). The state must come from the matching
+ * InitAlloc for the source type; one call at a time per state.
+ * Strips of one image (stripFlag): 0 the whole image; 1 the first strip, 4
+ * a middle one, 2 the last. With n = roi->height rows in and k2 =
+ * kernelSize/2, a call returns in roi->height the rows it wrote: n - k2
+ * (first), n (middle), n + k2 (last), n (whole); the state carries the rows
+ * a later strip needs, so any split gives the whole-image result exactly.
+ * Statuses, in order: zeqStsNullPtr (pSrc, pDst, roi or pState);
+ * zeqStsSize (roi width or height < 1); zeqStsStep (a step below its row);
+ * zeqStsStepAlign (odd dstStep); zeqStsBadArg (stripFlag not 0, 1, 2 or 4);
+ * zeqStsContextMatch (a roi wider than the state's rows, or a state of
+ * another filter).
+ */
+ZEQ_API ZeqStatus zeqiSobelInitAlloc(int roiWidth, ZeqDataType dataType, int kernelSize, int origin, int dx, int dy,
+        ZeqiConvState** ppState);
+ZEQ_API ZeqStatus zeqiLaplaceInitAlloc(int roiWidth, ZeqDataType dataType, int kernelSize, ZeqiConvState** ppState);
+ZEQ_API ZeqStatus zeqiBlurInitAlloc(int roiWidth, ZeqDataType dataType, int kernelSize, ZeqiConvState** ppState);
+ZEQ_API ZeqStatus zeqiConvolFree(ZeqiConvState* pState);
+ZEQ_API ZeqStatus zeqiSobel_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep, ZeqiSize* roi,
+        ZeqiConvState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiSobel_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep, ZeqiSize* roi,
+        ZeqiConvState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiSobel_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, ZeqiSize* roi,
+        ZeqiConvState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiLaplace_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep, ZeqiSize* roi,
+        ZeqiConvState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiLaplace_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep, ZeqiSize* roi,
+        ZeqiConvState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiLaplace_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, ZeqiSize* roi,
+        ZeqiConvState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiBlur_8u16s_C1R(const Zeq8u* pSrc, int srcStep, Zeq16s* pDst, int dstStep, ZeqiSize* roi,
+        ZeqiConvState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiBlur_8s16s_C1R(const Zeq8s* pSrc, int srcStep, Zeq16s* pDst, int dstStep, ZeqiSize* roi,
+        ZeqiConvState* pState, int stripFlag);
+ZEQ_API ZeqStatus zeqiBlur_32f_C1R(const Zeq32f* pSrc, int srcStep, Zeq32f* pDst, int dstStep, ZeqiSize* roi,
+        ZeqiConvState* pState, int stripFlag);
 
 /* ---- Fast arctangent: angles of (pSrcX[i], pSrcY[i]) in degrees ---- */
 /* pDst[i] = atan2(pSrcY[i], pSrcX[i]) in degrees, in [0, 360), approximated by

@@ -3,8 +3,8 @@
  * nothing itself.
  *
  * - Owners: move-only handles that release what the library allocated
- *   (zeqsMalloc blocks, FFT specifications, work buffers sized by a GetSize
- *   or GetBufSize query) on every path.
+ *   (zeqsMalloc blocks, FFT specifications, morphology states, work buffers
+ *   sized by a GetSize or GetBufSize query) on every path.
  * - ImageView / Image: (pointer, step, size) of a region, and an owning image
  *   with 32-byte-aligned rows. zeqcv::call() passes each view as its
  *   (pointer, step) pair and zeqcv::roi as the size of the first view.
@@ -99,6 +99,7 @@ private:
 using FFTSpecC = Owner<ZeqsFFTSpec_C_32fc, zeqsFFTFree_C_32fc>;
 using FFTSpecR = Owner<ZeqsFFTSpec_R_32f, zeqsFFTFree_R_32f>;
 using FFT2DSpecR = Owner<ZeqiFFTSpec_R_32f, zeqiFFTFree_R_32f>;
+using MorphState = Owner<ZeqiMorphState, zeqiMorphologyFree>;
 
 /* len elements of T in one block from zeqsMalloc_8u (32-byte aligned,
  * uncleared). Empty after a failed allocation: test it. */

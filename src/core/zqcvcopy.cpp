@@ -53,7 +53,7 @@ void owniSet_32f_C1(Zeq32f value, Zeq32f* dst, int dstStep, ZeqiSize roi) {
             _mm_storeu_ps(d + i, v);
             _mm_storeu_ps(d + i + 4, v);
         }
-        for (; i < n; ++i) d[i] = value;
+        for (; i < n; ++i) zq::storeu(d + i, value);
     }
 }
 

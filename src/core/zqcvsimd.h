@@ -60,7 +60,7 @@ inline void mapRow(const T* a, const T* b, T* d, ptrdiff_t n, const Op& op) {
         V::store(d + i, op(V::load(a + i), V::load(b + i)));
         i += L;
     }
-    for (; i < n; ++i) d[i] = op(a[i], b[i]);
+    for (; i < n; ++i) storeu(d + i, op(loadu(a + i), loadu(b + i)));
 }
 
 // d[i] = op(a[i]) for i < n.
@@ -78,7 +78,7 @@ inline void mapRow(const T* a, T* d, ptrdiff_t n, const Op& op) {
         V::store(d + i, op(V::load(a + i)));
         i += L;
     }
-    for (; i < n; ++i) d[i] = op(a[i]);
+    for (; i < n; ++i) storeu(d + i, op(loadu(a + i)));
 }
 
 // The binary map over a region, rows `step` bytes apart. Large regions whose

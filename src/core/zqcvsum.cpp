@@ -14,7 +14,7 @@ inline __m128d pairAt(const Zeq32f* p) {
 
 template <bool Squares>
 inline __m128d loneAt(const Zeq32f* p) {
-    const __m128d v = _mm_set_sd(double(*p));
+    const __m128d v = _mm_set_sd(double(zq::loadu(p)));
     return Squares ? _mm_mul_sd(v, v) : v;
 }
 

@@ -50,7 +50,7 @@ TYPED_TEST(AbsDiff, MatchesReferenceOverRandomLayouts) {
         b.fillRandom(rng);
         ASSERT_EQ(zeqStsOk, absDiff<T>(a.ptr(), a.step(), b.ptr(), b.step(), d.ptr(), d.step(), a.size()));
         Image<T> want(w, h);
-        want.fill([&](int x, int y, int) { return refAbsDiff(a.at(x, y), b.at(x, y)); });
+        want.fill([&](int x, int y, int) { return refAbsDiff<T>(a.at(x, y), b.at(x, y)); });
         ASSERT_TRUE(zqt::sameImage(d, want)) << w << "x" << h;
         ASSERT_TRUE(d.outsideUntouched());
 
@@ -59,7 +59,7 @@ TYPED_TEST(AbsDiff, MatchesReferenceOverRandomLayouts) {
         const T clamped = std::is_same<T, float>::value
                               ? T(c)
                               : T(std::clamp<double>(c, 0, double(std::numeric_limits<T>::max())));
-        want.fill([&](int x, int y, int) { return refAbsDiff(a.at(x, y), clamped); });
+        want.fill([&](int x, int y, int) { return refAbsDiff<T>(a.at(x, y), clamped); });
         ASSERT_TRUE(zqt::sameImage(d, want)) << "constant " << c;
         ASSERT_TRUE(d.outsideUntouched());
     }
@@ -72,7 +72,7 @@ TYPED_TEST(AbsDiff, InPlaceOnEitherSource) {
         Image<T> a(w, 4, 1, 8), b(w, 4, 1, 8), want(w, 4);
         a.fillRandom(rng);
         b.fillRandom(rng);
-        want.fill([&](int x, int y, int) { return refAbsDiff(a.at(x, y), b.at(x, y)); });
+        want.fill([&](int x, int y, int) { return refAbsDiff<T>(a.at(x, y), b.at(x, y)); });
         Image<T> a2 = a;
         ASSERT_EQ(zeqStsOk, absDiff<T>(a.ptr(), a.step(), b.ptr(), b.step(), a.ptr(), a.step(), a.size()));
         EXPECT_TRUE(zqt::sameImage(a, want));
@@ -128,7 +128,7 @@ TEST(AbsDiff16u, OddStepAdvancesByHalfStepRoundedDown) {
     ASSERT_EQ(zeqStsOk, zeqiAbsDiff_16u_C1R(a.ptr(), step, b.ptr(), step, d.ptr(), step, a.size()));
     ASSERT_EQ(zeqStsOk, zeqiAbsDiffC_16u_C1R(a.ptr(), step, a.ptr(), step, a.size(), 0));
     for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) EXPECT_EQ(refAbsDiff(a.at(x, y), b.at(x, y)), d.at(x, y));
+        for (int x = 0; x < w; ++x) EXPECT_EQ(refAbsDiff<Zeq16u>(a.at(x, y), b.at(x, y)), Zeq16u(d.at(x, y)));
     EXPECT_TRUE(d.outsideUntouched());
 }
 

@@ -65,8 +65,31 @@ public:
     const T* ptr() const { return reinterpret_cast<const T*>(base()); }
     T* row(int y) { return reinterpret_cast<T*>(base() + ptrdiff_t(y) * step_); }
     const T* row(int y) const { return reinterpret_cast<const T*>(base() + ptrdiff_t(y) * step_); }
-    T& at(int x, int y, int c = 0) { return row(y)[ptrdiff_t(x) * c_ + c]; }
-    const T& at(int x, int y, int c = 0) const { return row(y)[ptrdiff_t(x) * c_ + c]; }
+    // Elements are read and written by value: an odd step leaves them
+    // misaligned, where a T& would be undefined.
+    class Ref {
+    public:
+        explicit Ref(T* p) : p_(p) {}
+        operator T() const { return load(p_); }
+        Ref& operator=(T v) {
+            std::memcpy(p_, &v, sizeof(T));
+            return *this;
+        }
+        Ref& operator=(const Ref& other) { return *this = T(other); }
+        Ref& operator+=(T v) { return *this = T(T(*this) + v); }
+
+    private:
+        T* p_;
+    };
+    static T load(const T* p) {
+        T v;
+        std::memcpy(&v, p, sizeof(T));
+        return v;
+    }
+    T* addr(int x, int y, int c = 0) { return row(y) + ptrdiff_t(x) * c_ + c; }
+    const T* addr(int x, int y, int c = 0) const { return row(y) + ptrdiff_t(x) * c_ + c; }
+    Ref at(int x, int y, int c = 0) { return Ref(addr(x, y, c)); }
+    T at(int x, int y, int c = 0) const { return load(addr(x, y, c)); }
 
     template <class F>
     void fill(F&& valueAt) {  // valueAt(x, y, c) -> T

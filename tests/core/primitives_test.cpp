@@ -40,7 +40,7 @@ TYPED_TEST(Copy, CopiesTheRegionOnly) {
     for (int iter = 0; iter < 40; ++iter) {
         const bool big = iter % 10 == 9, contiguous = iter % 3 == 0;
         const int w = big ? rng.uniform(300, 400) : rng.uniform(1, 70), h = big ? 120 : rng.uniform(1, 6);
-        const int pad = contiguous ? 0 : e * rng.uniform(1, 9);
+        const int pad = contiguous ? 0 : rng.uniform(1, 9 * e);  // odd steps too
         Image<T> s(w, h, ch, pad, e * rng.uniform(0, 7)), d(w, h, ch, pad, e * rng.uniform(0, 7));
         s.fillRandom(rng);
         d.fillRandom(rng);
@@ -71,7 +71,7 @@ TYPED_TEST(Copy, StatusesInOrder) {
 TEST(Set32f, FillsRegionAndChecks) {
     Rng rng(2);
     for (int w : {1, 3, 8, 13, 100})
-        for (int pad : {0, 12}) {
+        for (int pad : {0, 12, 5}) {
             Image<float> d(w, 5, 1, pad, 4);
             ASSERT_EQ(zeqStsOk, zeqiSet_32f_C1R(-2.5f, d.ptr(), d.step(), d.size()));
             for (int y = 0; y < 5; ++y)
@@ -127,8 +127,8 @@ using FloatOp = std::function<float(float, float)>;
 TEST(ArithFloat, ConstantAndImageForms) {
     Rng rng(43);
     for (int iter = 0; iter < 30; ++iter) {
-        const int w = rng.uniform(1, 80), h = rng.uniform(1, 5), pad = 4 * rng.uniform(0, 3);
-        Image<float> a(w, h, 1, pad, 4 * rng.uniform(0, 3)), b(w, h, 1, 4 * rng.uniform(0, 3));
+        const int w = rng.uniform(1, 80), h = rng.uniform(1, 5), pad = rng.uniform(0, 12);  // odd steps too
+        Image<float> a(w, h, 1, pad, 4 * rng.uniform(0, 3)), b(w, h, 1, rng.uniform(0, 12));
         a.fillRandom(rng);
         b.fillRandom(rng);
         const float c = rng.uniformf(-10, 10);
@@ -225,7 +225,7 @@ TEST(SumNorm, HintTwoIsExactOtherHintsClose) {
     Rng rng(53);
     for (int iter = 0; iter < 40; ++iter) {
         const int w = iter < 12 ? iter + 1 : rng.uniform(1, 90), h = rng.uniform(1, 6);
-        Image<float> img(w, h, 1, 4 * rng.uniform(0, 3), 4 * rng.uniform(0, 3));
+        Image<float> img(w, h, 1, rng.uniform(0, 12), 4 * rng.uniform(0, 3));
         img.fill([&](int, int, int) { return rng.uniformf(-1e6f, 1e6f) * (rng.chance(0.1) ? 1e20f : 1.0f); });
         double sum = 0, mean = 0, norm = 0;
         ASSERT_EQ(zeqStsOk, zeqiSum_32f_C1R(img.ptr(), img.step(), img.size(), &sum, 2));
@@ -270,7 +270,7 @@ TEST(Threshold, ClampsLikePackedMinMax) {
     Rng rng(59);
     for (int iter = 0; iter < 20; ++iter) {
         const int w = rng.uniform(1, 50), h = rng.uniform(1, 4);
-        Image<float> s(w, h, 1, 4 * rng.uniform(0, 2), 4 * rng.uniform(0, 3)), d(w, h, 1, 4);
+        Image<float> s(w, h, 1, rng.uniform(0, 8), 4 * rng.uniform(0, 3)), d(w, h, 1, rng.uniform(0, 8));
         const float specials[] = {kNaN, 0.0f, -0.0f, 5.0f};
         s.fill([&](int, int, int) { return rng.chance(0.2) ? specials[rng.uniform(0, 3)] : rng.uniformf(-10, 10); });
         const float t = iter % 2 ? 0.0f : rng.uniformf(-5, 5);
@@ -298,7 +298,7 @@ TEST(Threshold, ClampsLikePackedMinMax) {
 
 TEST(Threshold, ReplacesStrictlyBeyondWithValue) {
     Rng rng(61);
-    Image<float> s(37, 3, 1, 8, 4), d(37, 3);
+    Image<float> s(37, 3, 1, 7, 4), d(37, 3, 1, 3);
     s.fill([&](int x, int, int) { return x % 7 == 0 ? 1.0f : x % 11 == 0 ? kNaN : rng.uniformf(-3, 3); });
     for (int op : {0, 4}) {
         ASSERT_EQ(zeqStsOk, zeqiThreshold_Val_32f_C1R(s.ptr(), s.step(), d.ptr(), d.step(), s.size(), 1.0f, 9.0f, op));
@@ -371,8 +371,8 @@ TYPED_TEST(Border, EveryPixelTakesTheNearestSourcePixel) {
         const int top = iter == 0 ? 0 : rng.uniform(0, 4), left = iter == 0 ? 0 : rng.uniform(0, 5);
         const int dw = sw + left + (iter == 0 ? 0 : rng.uniform(0, 5)), dh = sh + top + (iter == 0 ? 0 : rng.uniform(0, 4));
         const int e = int(sizeof(T));
-        Image<T> s(sw, sh, ch, e * rng.uniform(0, 9), e * rng.uniform(0, 7));
-        Image<T> d(dw, dh, ch, e * rng.uniform(0, 9), e * rng.uniform(0, 7));
+        Image<T> s(sw, sh, ch, rng.uniform(0, 9 * e), e * rng.uniform(0, 7));  // odd steps too
+        Image<T> d(dw, dh, ch, rng.uniform(0, 9 * e), e * rng.uniform(0, 7));
         s.fillRandom(rng);
         ASSERT_EQ(zeqStsOk, TypeParam::run(s.ptr(), s.step(), s.size(), d.ptr(), d.step(), d.size(), top, left));
         Image<T> want(dw, dh, ch);
@@ -413,7 +413,7 @@ TEST(Border8u, ExtendsInPlace) {
     d.fillRandom(rng);
     Image<Zeq8u> src(5, 3);
     src.fill([&](int x, int y, int) { return d.at(x + 2, y + 1); });
-    ASSERT_EQ(zeqStsOk, zeqiCopyReplicateBorder_8u_C1R(&d.at(2, 1), d.step(), {5, 3}, d.ptr(), d.step(), d.size(), 1, 2));
+    ASSERT_EQ(zeqStsOk, zeqiCopyReplicateBorder_8u_C1R(d.addr(2, 1), d.step(), {5, 3}, d.ptr(), d.step(), d.size(), 1, 2));
     for (int y = 0; y < 7; ++y)
         for (int x = 0; x < 9; ++x) ASSERT_EQ(src.at(std::clamp(x - 2, 0, 4), std::clamp(y - 1, 0, 2)), d.at(x, y));
 }

@@ -71,6 +71,15 @@ TEST(Owner, MovesAndReleases) {
     EXPECT_EQ(zeqStsOk, spec2d.init(zeqiFFTInitAlloc_R_32f, 2, 3, zeqFftScaleNone, zeqAlgHintNone));
     spec2d.reset();
     EXPECT_FALSE(spec2d);
+    // The morphology state: InitAlloc takes the address last.
+    zeqcv::MorphState morph;
+    EXPECT_EQ(zeqStsAnchor, morph.init(zeqiMorphologyInitAlloc, 8, int(zeq8u), 1, ZeqiSize{3, 3}, ZeqiPoint{3, 0}, 0,
+                                       nullptr));
+    EXPECT_FALSE(morph);
+    ASSERT_EQ(zeqStsOk, morph.init(zeqiMorphologyInitAlloc, 8, int(zeq8u), 1, ZeqiSize{3, 3}, ZeqiPoint{1, 1}, 2,
+                                   nullptr));
+    zeqcv::MorphState other = std::move(morph);
+    EXPECT_TRUE(other && !morph);
 }
 
 TEST(Buffer, SizedByTheLibrarysQueries) {

@@ -117,7 +117,7 @@ template <class Src>
         const bool inside = x >= 2 && x < w + 2 && y >= 2 && y < h + 2;
         return inside ? randomPixel<Src>(rng) : garbage<Src>(rng);
     });
-    const Src* src = &big.at(2, 2);
+    const Src* src = big.addr(2, 2);
     Image<Dst> dst(w, h, 1, de * rng.uniform(0, 3), de * rng.uniform(0, 7));
     const ZeqStatus st = m.call(src, big.step(), dst.ptr(), dst.step(), origin, ZeqiSize{w, h}, shift);
     if (st != zeqStsOk) return ::testing::AssertionFailure() << "status " << st;

@@ -48,7 +48,7 @@ TYPED_TEST(MotionHistory, MatchesReferenceOverRandomLayouts) {
         });
         mhi.fill([&](int, int, int) { return anyOf(rng, {0.0f, -0.0f, NAN, -NAN, INFINITY, -INFINITY, t,
                                                          std::nextafter(t, 0.0f), rng.uniformf(-60, 60)}); });
-        want.fill([&](int x, int y, int) { return reference(sil.at(x, y), mhi.at(x, y), ts, t); });
+        want.fill([&](int x, int y, int) { return reference<S>(sil.at(x, y), mhi.at(x, y), ts, t); });
         const int extra = rng.chance(0.5) ? 2 : 0, silExtra = e == 4 ? extra : 0;
         ASSERT_EQ(zeqStsOk, update(sil.ptr(), sil.step() + silExtra, mhi.ptr(), mhi.step() + extra, sil.size(), ts, dur));
         ASSERT_TRUE(zqt::sameImage(mhi, want)) << w << "x" << h << " ts " << ts << " duration " << dur;
