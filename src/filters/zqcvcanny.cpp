@@ -8,6 +8,7 @@
 // (row, column) pairs; hysteresis grows the strong edges through marked
 // neighbours, depth first.
 #include "core/zqcvsimd.h"
+#include "filters/zqcvcanny.h"
 
 #include <algorithm>
 #include <cstring>
@@ -169,7 +170,14 @@ void gradientRow(const T* dx, const T* dy, int w, float low, Zeq8u* dir, Zeq32f*
     for (; x0 + 8 <= w; x0 += 512) {
         const int groups = std::min(64, (w - x0) / 8);
         uint64_t busy = 0;
-        for (int g = 0; g < groups; ++g) {
+        const bool wide = zq::dispatch([&](auto tier) {
+            if constexpr (tier.value == zq::Isa::Sse2) return false;
+            else {
+                busy = zq::ownCannyMagnitudes<tier.value>(dx + x0, dy + x0, groups, low, dir + x0, mag + x0);
+                return true;
+            }
+        });
+        for (int g = 0; !wide && g < groups; ++g) {
             const int x = x0 + 8 * g;
             busy |= uint64_t(magnitude8(load8(dx + x, dy + x), lowV, mag + x)) << g;
             _mm_storel_epi64(reinterpret_cast<__m128i*>(dir + x), _mm_setzero_si128());
@@ -304,7 +312,10 @@ void writeEdges(Zeq8u* directionMap, int width, int height, Zeq8u* pDst, int dst
     for (int y = 0; y < height; ++y) {
         Zeq8u* dir = directionMap + (y + 1) * stride + 1;
         Zeq8u* dst = zq::row(pDst, dstStep, y);
-        int x = 0;
+        int x = zq::dispatch([&](auto tier) {
+            if constexpr (tier.value == zq::Isa::Sse2) return 0;
+            else return zq::ownCannyEdgesRow<tier.value>(dir, dst, width);
+        });
         for (; x + 16 <= width; x += 16) {
             const __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dir + x));
             const __m128i isEdge = _mm_cmpeq_epi8(d, edge);

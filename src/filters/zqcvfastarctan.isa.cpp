@@ -21,7 +21,7 @@ typename R::F constant(uint32_t bits) {
     return R::casti_f(R::set1_32(int(bits)));
 }
 
-// mask ? around - v : v; AVX-512 subtracts under the mask (a blend costs more).
+// mask ? around - v : v; AVX-512 subtracts under the mask.
 template <Isa I, class F>
 inline F mirror(F v, float around, F a, F b) {  // mask: a < b
     using R = zq::Regs<regsOf(I)>;
