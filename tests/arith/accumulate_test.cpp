@@ -14,9 +14,12 @@ struct Family;
     struct Family<S> {                                                                                       \
         static constexpr ZeqStatus (*add)(const S*, int, Zeq32f*, int, ZeqiSize) = ADD;                      \
         static constexpr auto addM = zeqiAdd_##T##_C1IMR;                                                    \
-        static constexpr auto sq = zeqiAddSquare_##T##_C1IR, sqM = zeqiAddSquare_##T##_C1IMR;                \
-        static constexpr auto prod = zeqiAddProduct_##T##_C1IR, prodM = zeqiAddProduct_##T##_C1IMR;          \
-        static constexpr auto wt = zeqiAddWeighted_##T##_C1IR, wtM = zeqiAddWeighted_##T##_C1IMR;            \
+        static constexpr auto sq = zeqiAddSquare_##T##_C1IR;                                                 \
+        static constexpr auto sqM = zeqiAddSquare_##T##_C1IMR;                                               \
+        static constexpr auto prod = zeqiAddProduct_##T##_C1IR;                                              \
+        static constexpr auto prodM = zeqiAddProduct_##T##_C1IMR;                                            \
+        static constexpr auto wt = zeqiAddWeighted_##T##_C1IR;                                               \
+        static constexpr auto wtM = zeqiAddWeighted_##T##_C1IMR;                                             \
     };
 ZQT_FAMILY(Zeq8u, 8u32f, zeqiAdd_8u32f_C1IR)
 ZQT_FAMILY(Zeq8s, 8s32f, zeqiAdd_8s32f_C1IR)
