@@ -265,6 +265,61 @@ const std::vector<Entry>& entries() {
              const ZeqStatus st = zeqiBlur_32f_C1R(src.ptr<Zeq32f>(), src.step, dst.ptr<Zeq32f>(), dst.step, &roi, state, 0);
              dst.verify(st, "zeqiBlur_32f_C1R");
              zeqiConvolFree(state); }},
+        {"zeqiConvert_8u32f_C1R", [](Input& in) { unary(in, "zeqiConvert_8u32f_C1R", 1, 4, [](Image& s, Image& d, ZeqiSize r) {
+             return zeqiConvert_8u32f_C1R(s.ptr(), s.step, d.ptr<Zeq32f>(), d.step, r); }); }},
+        {"zeqiThreshold_32f_C1R", [](Input& in) {
+             const float t = in.value();
+             const int op = in.range(0, 5);
+             unary(in, "zeqiThreshold_32f_C1R", 4, 4, [&](Image& s, Image& d, ZeqiSize r) {
+                 return zeqiThreshold_32f_C1R(s.ptr<Zeq32f>(), s.step, d.ptr<Zeq32f>(), d.step, r, t, op); }); }},
+        {"zeqiMulPack_32f_C1IR", [](Input& in) { unary(in, "zeqiMulPack_32f_C1IR", 4, 4, [](Image& s, Image& d, ZeqiSize r) {
+             return zeqiMulPack_32f_C1IR(s.ptr<Zeq32f>(), s.step, d.ptr<Zeq32f>(), d.step, r); }); }},
+        {"zeqiMean_StdDev_8u_C1R/zeqiMinMaxIndx_8u_C1R/zeqiNorm_L2_8u_C1MR", [](Input& in) {
+             // Results go to the caller's scalars; the images must stay as they were.
+             const ZeqiSize s = anySize(in);
+             Image src(in, s.width, s.height, 1, true), mask(in, s.width, s.height, 1, true);
+             double mean, sd, norm;
+             float lo, hi;
+             ZeqiPoint at1, at2;
+             zeqiMean_StdDev_8u_C1R(src.ptr(), src.step, s, &mean, &sd);
+             zeqiMinMaxIndx_8u_C1R(src.ptr(), src.step, s, &lo, &hi, &at1, &at2);
+             zeqiNorm_L2_8u_C1MR(src.ptr(), src.step, mask.ptr(), mask.step, s, &norm);
+             src.verify(zeqStsNullPtr, "statistics");
+             mask.verify(zeqStsNullPtr, "statistics"); }},
+        {"zeqibFastArctan_32f", [](Input& in) {
+             const int n = in.range(-1, 70);
+             Image y(in, std::max(n, 1), 1, 4), x(in, std::max(n, 1), 1, 4), d(in, n, 1, 4);
+             d.verify(zeqibFastArctan_32f(y.ptr<Zeq32f>(), x.ptr<Zeq32f>(), d.ptr<Zeq32f>(), n), "zeqibFastArctan_32f"); }},
+        {"zeqiErodeStrip_Ellipse_32f_C3R", [](Input& in) {
+             const ZeqiSize s = anySize(in), m{in.range(1, 7), in.range(1, 7)};
+             ZeqiMorphState* state = nullptr;
+             if (zeqiMorphologyInitAlloc(std::max(s.width, 1), zeq32f, 3, m, {m.width / 2, m.height / 2}, 2, nullptr, &state) != zeqStsOk) return;
+             Image src(in, s.width, s.height, 12), dst(in, s.width, s.height + m.height, 12);
+             ZeqiSize roi = s;
+             const ZeqStatus st = zeqiErodeStrip_Ellipse_32f_C3R(src.ptr<Zeq32f>(), src.step, dst.ptr<Zeq32f>(), dst.step, &roi,
+                                                                 state, in.range(0, 4));
+             dst.verify(st, "zeqiErodeStrip_Ellipse_32f_C3R");
+             zeqiMorphologyFree(state); }},
+        {"zeqsFFTFwd_RToPack_32f", [](Input& in) {
+             const int order = in.range(0, 10);
+             ZeqsFFTSpec_R_32f* spec = nullptr;
+             if (zeqsFFTInitAlloc_R_32f(&spec, order, in.range(0, 9), in.range(0, 2)) != zeqStsOk) return;
+             int bytes = 0;
+             auto buf = buffer(zeqsFFTGetBufSize_R_32f(spec, &bytes), bytes);
+             Image src(in, 1 << order, 1, 4), dst(in, 1 << order, 1, 4);
+             dst.verify(zeqsFFTFwd_RToPack_32f(src.ptr<Zeq32f>(), dst.ptr<Zeq32f>(), spec, bytes > 0 ? buf->data() : nullptr),
+                        "zeqsFFTFwd_RToPack_32f");
+             zeqsFFTFree_R_32f(spec); }},
+        {"zeqiFFTFwd_RToPack_32f_C1R", [](Input& in) {
+             const int ox = in.range(0, 5), oy = in.range(0, 5);
+             ZeqiFFTSpec_R_32f* spec = nullptr;
+             if (zeqiFFTInitAlloc_R_32f(&spec, ox, oy, in.range(0, 9), in.range(0, 2)) != zeqStsOk) return;
+             int bytes = 0;
+             auto buf = buffer(zeqiFFTGetBufSize_R_32f(spec, &bytes), bytes);
+             Image src(in, 1 << ox, 1 << oy, 4, true), dst(in, 1 << ox, 1 << oy, 4, true);
+             dst.verify(zeqiFFTFwd_RToPack_32f_C1R(src.ptr<Zeq32f>(), src.step, dst.ptr<Zeq32f>(), dst.step, spec,
+                                                   bytes > 0 ? buf->data() : nullptr), "zeqiFFTFwd_RToPack_32f_C1R");
+             zeqiFFTFree_R_32f(spec); }},
         {"zeqiMinEigenVal_8u32f_C1R", [](Input& in) {
              const ZeqiSize s = anySize(in);
              const int ap = 3 + 2 * in.range(0, 2), win = 3 + 2 * in.range(0, 2);
