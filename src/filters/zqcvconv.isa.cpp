@@ -80,6 +80,15 @@ inline R sumTapsK(const Taps<W>& t, At at) {
     return acc;
 }
 
+// The same with the count known only at run time (the second set of
+// Laplace, so that the pairs of counts need not all be compiled).
+template <class R, class W, class At>
+inline R sumTapsN(const Taps<W>& t, At at) {
+    R acc = at(t.offset[0]) * (t.negative[0] ? -t.weight[0] : t.weight[0]);
+    for (int i = 1; i < t.n; ++i) acc = acc + at(t.offset[i]) * (t.negative[i] ? -t.weight[i] : t.weight[i]);
+    return acc;
+}
+
 // Runs f with the tap count and whether the weights are units as constants.
 template <class W, class F>
 inline void withTaps(const Taps<W>& t, F f) {
@@ -183,11 +192,9 @@ __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& ta
                                          const Taps<W>* taps2, int k2, D* out, int width, bool stream) {
     constexpr int N = isaBytes(I) / 4;
     using V = typename VecOf<W, N>::type;
-    static const Taps<W> none{};
     withTaps(taps, [&](auto k, auto unit) {
-      withTaps(taps2 ? *taps2 : none, [&](auto k2nd, auto unit2nd) {
-        constexpr int K = decltype(k)::value, K2 = decltype(k2nd)::value;
-        constexpr bool U = decltype(unit)::value, U2 = decltype(unit2nd)::value;
+        constexpr int K = decltype(k)::value;
+        constexpr bool U = decltype(unit)::value;
         auto sumAt = [&](auto tag, int x) {
             using R = typename decltype(tag)::type;
             auto at = [&](const W* const* r) {
@@ -197,7 +204,7 @@ __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& ta
                 };
             };
             R acc = sumTapsK<K, U, R>(taps, at(rows));
-            if (taps2) acc = acc + sumTapsK<K2, U2, R>(*taps2, at(rows2));
+            if (taps2) acc = acc + sumTapsN<R>(*taps2, at(rows2));
             return acc;
         };
         auto run = [&](auto streamed) {
@@ -208,7 +215,6 @@ __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& ta
         // 16-bit results of the baseline come 8 bytes at a time, too few to stream.
         if (stream && (N > 4 || sizeof(D) == 4)) run(std::true_type());
         else run(std::false_type());
-      });
     });
 }
 
