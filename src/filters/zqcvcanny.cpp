@@ -439,9 +439,10 @@ ZeqStatus canny(const T* pSrcDx, int srcDxStep, const T* pSrcDy, int srcDyStep, 
 ZeqStatus zeqiCannyGetSize(ZeqiSize roiSize, int* pBufferSize) {
     ZQ_CHECK(zq::nonNull(pBufferSize));
     ZQ_CHECK(zq::roiSize(roiSize));
-    const int64_t bytes = 13 * (int64_t(roiSize.width) + 2) * (int64_t(roiSize.height) + 2) + 64;
-    if (bytes > INT32_MAX) return zeqStsSize;
-    *pBufferSize = int(bytes);
+    // The bordered area fits 64 bits for any int sides; 13 times it may not.
+    const int64_t cells = (int64_t(roiSize.width) + 2) * (int64_t(roiSize.height) + 2);
+    if (cells > (INT32_MAX - 64) / 13) return zeqStsSize;
+    *pBufferSize = int(13 * cells + 64);
     return zeqStsOk;
 }
 

@@ -39,6 +39,7 @@ ZeqStatus getSize(ZeqiSize roi, int* pBufSize, bool gradient) {
     ZQ_CHECK(zq::nonNull(pBufSize));
     ZQ_CHECK(zq::roiSize(roi));
     const int64_t w = roi.width, h = roi.height;
+    if (h * w > INT_MAX) return zeqStsSize;  // before the products that could leave 64 bits
     const int64_t bytes = (gradient ? (w + 2) * (h + 2) : 0) + ((h * 24 * w) >> 2) + 8;
     if (bytes > INT_MAX) return zeqStsSize;
     *pBufSize = int(bytes);

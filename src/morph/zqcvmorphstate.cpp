@@ -46,11 +46,13 @@ ZeqStatus zeqiMorphologyInitAlloc(int roiWidth, int dataType, int channels, Zeqi
 
     const int64_t e = dataType == zeq8u ? 1 : 4, c = channels;
     const int64_t elements = int64_t(mw) * mh;
+    if (elements > INT_MAX) return zeqStsNoMem;  // 17 mask bytes per element could leave 64 bits
     const int64_t maskBytes = maskType == kMaskRect ? 0 : (elements + 15) & ~int64_t(15);
     const int64_t rowBytes = ((int64_t(roiWidth) * c + c * mw) * e + 15) & ~int64_t(15);
+    if (rowBytes > INT_MAX) return zeqStsNoMem;
     const int64_t buffers = std::max<int64_t>(2 * int64_t(mh) * rowBytes, c * mh * e);
     const int64_t total = int64_t(zq::kMorphHeaderBytes) + buffers + 17 * maskBytes;
-    if (rowBytes > INT_MAX || total > INT_MAX) return zeqStsNoMem;
+    if (total > INT_MAX) return zeqStsNoMem;
     Zeq8u* block = zeqsMalloc_8u(int(total));
     if (block == nullptr) return zeqStsNoMem;
 
