@@ -84,32 +84,6 @@ TYPED_TEST(MeanStdDev, MatchesReferenceOverRandomLayouts) {
     }
 }
 
-// Rows that start at any byte: 16u steps are not tested for alignment, 32f
-// ones only for oddness. Whole and masked, so every 32f path reads them.
-TYPED_TEST(MeanStdDev, UnalignedRows) {
-    using T = TypeParam;
-    Rng rng(5);
-    for (int channels : {1, 3})
-        for (int w : {1, 7, 40, 300})
-            for (bool masked : {false, true}) {
-                const int h = 5;
-                std::vector<char> buf;
-                const T* src;
-                const int step = statst::unalignedRows<T>(rng, w, h, channels, buf, src);
-                std::vector<Zeq8u> mask(size_t(w) * h);
-                for (auto& b : mask) b = Zeq8u(rng.chance(0.6));
-                const Layout l{channels, channels == 3 ? 2 : 1, masked ? mask.data() : nullptr, w};
-                const Stats want = reference<T>(src, step, l, {w, h});
-                Stats got{};
-                ASSERT_EQ(zeqStsOk, Api<T>::meanStdDev(src, step, l, {w, h}, &got.mean, &got.stdDev));
-                EXPECT_TRUE(close<T>(got, want)) << w << " ch " << channels << " masked " << masked;
-                if (masked) {
-                    ASSERT_EQ(zeqStsOk, Api<T>::mean(src, step, l, {w, h}, &got.mean));
-                    EXPECT_TRUE(close<T>({got.mean, want.stdDev}, want)) << w << " ch " << channels;
-                }
-            }
-}
-
 // Every check in its place: pointers, size, steps (source, then mask), 32f
 // step oddness, coi; a failed call writes nothing.
 TYPED_TEST(MeanStdDev, StatusesInOrder) {

@@ -86,20 +86,6 @@ TYPED_TEST(MinMaxIndx, MatchesReferenceOverRandomLayouts) {
     }
 }
 
-TYPED_TEST(MinMaxIndx, UnalignedRows) {
-    using T = TypeParam;
-    Rng rng(4);
-    for (int channels : {1, 3})
-        for (int w : {1, 9, 70}) {
-            const int h = 4;
-            std::vector<char> buf;
-            const T* src;
-            const int step = statst::unalignedRows<T>(rng, w, h, channels, buf, src);
-            const Layout l{channels, channels};
-            EXPECT_EQ(reference<T>(src, step, l, {w, h}), call<T>(src, step, l, {w, h})) << w << " ch " << channels;
-        }
-}
-
 TYPED_TEST(MinMaxIndx, EmptyMaskGivesZeros) {
     using T = TypeParam;
     Image<T> img(21, 3, 3);
