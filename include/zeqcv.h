@@ -887,7 +887,8 @@ ZEQ_API ZeqStatus zeqibFastArctan_32f(const Zeq32f* pSrcY, const Zeq32f* pSrcX, 
  * above highThresh. Thresholds are in the units of m (for 3x3 Sobel
  * derivatives of 8-bit images, 0 to 2040).
  * pBuffer: a work buffer of at least zeqiCannyGetSize(roiSize) bytes, any
- * alignment (13 x (width + 2) x (height + 2) + 64); its size is not checked.
+ * alignment (13 x (width + 2) x (height + 2) + 64); its size is not checked,
+ * and what the call leaves in it is not part of the result.
  * Types: 16s or 32f derivatives, 8u result. The result must not overlap the
  * derivatives.
  * Steps: derivatives at least 2 x width (16s) or 4 x width (32f), and even;

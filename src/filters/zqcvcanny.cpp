@@ -1,12 +1,15 @@
 // Canny edge detection from first-derivative images that the caller computed.
 //
 // Three stages share one caller-supplied work buffer: the gradient stage fills
-// a direction map (one byte per pixel) and an L1 magnitude map (one float per
+// a direction map (one byte per pixel) and L1 magnitudes (one float per
 // pixel), both with a zero frame so that every roi pixel has eight readable
 // neighbours; suppression keeps the local maxima along the gradient, marks
 // them 0x80 in the direction map and pushes the strong ones on a stack of
 // (row, column) pairs; hysteresis grows the strong edges through marked
-// neighbours, depth first.
+// neighbours, depth first. Suppression of a row needs the magnitudes of that
+// row and its two neighbours only, so the gradient runs one row ahead into a
+// ring of three magnitude rows at the start of the magnitude area, which stays
+// in the first-level cache; the rest of that area is not used.
 #include "core/zqcvsimd.h"
 #include "filters/zqcvcanny.h"
 
@@ -32,7 +35,7 @@ enum : Zeq8u { kNone = 0, kHorizontal = 1, kDiagonalOpposite = 2, kVertical = 3,
 // The three areas of the work buffer for a roi of w x h.
 struct WorkAreas {
     Zeq8u* direction;  // (w + 2) x (h + 2) bytes
-    Zeq32f* magnitude; // (w + 2) x (h + 2) floats
+    Zeq32f* magnitude; // room for (w + 2) x (h + 2) floats; three rows used
     int* stack;        // one (row, column) pair per framed pixel
 };
 
@@ -192,14 +195,27 @@ void gradientRow(const T* dx, const T* dy, int w, float low, Zeq8u* dir, Zeq32f*
 
 // ---- suppression ----
 
-// Whether the pixel at `mag` survives for its direction code, with `stride`
-// the framed row length. Along a diagonal both neighbours must be strictly
-// smaller; horizontally and vertically the forward neighbour may tie, so a
-// plateau keeps exactly one pixel.
-inline bool survives(const Zeq32f* mag, Zeq8u code, ptrdiff_t stride) {
+// The magnitudes of the framed rows above, at and below the suppressed one.
+struct MagRows {
+    const Zeq32f* up;
+    const Zeq32f* mid;
+    const Zeq32f* down;
+};
+
+// Whether the pixel at column i survives for its direction code, with f its
+// forward and r its backward neighbour. Along a diagonal both neighbours must
+// be strictly smaller; horizontally and vertically the forward neighbour may
+// tie, so a plateau keeps exactly one pixel.
+inline bool survives(const MagRows& rows, ptrdiff_t i, Zeq8u code) {
     static_assert(kHorizontal == 1 && kDiagonalOpposite == 2 && kVertical == 3 && kDiagonalSame == 4, "");
-    const ptrdiff_t offset = code == kHorizontal ? 1 : code == kVertical ? stride : stride + (code == kDiagonalSame ? 1 : -1);
-    const float m = mag[0], f = mag[offset], r = mag[-offset];
+    const float m = rows.mid[i];
+    float f, r;
+    switch (code) {
+    case kHorizontal: f = rows.mid[i + 1], r = rows.mid[i - 1]; break;
+    case kVertical: f = rows.down[i], r = rows.up[i]; break;
+    case kDiagonalSame: f = rows.down[i + 1], r = rows.up[i - 1]; break;
+    default: f = rows.down[i - 1], r = rows.up[i + 1]; break;
+    }
     return m > r && (m > f || (m == f && (code & 1)));
 }
 
@@ -212,12 +228,12 @@ struct Survival16 {
     __m128i dir[4];
     __m128i strong;
 };
-inline Survival16 survival16(const Zeq32f* mag, ptrdiff_t stride, __m128 high) {
+inline Survival16 survival16(const MagRows& rows, ptrdiff_t i, __m128 high) {
     __m128 s[4][4], strong[4];
     for (int g = 0; g < 4; ++g) {
-        const Zeq32f* c = mag + 4 * g;
-        const Zeq32f* up = c - stride;
-        const Zeq32f* down = c + stride;
+        const Zeq32f* c = rows.mid + i + 4 * g;
+        const Zeq32f* up = rows.up + i + 4 * g;
+        const Zeq32f* down = rows.down + i + 4 * g;
         const __m128 m = _mm_loadu_ps(c);
         s[0][g] = _mm_and_ps(_mm_cmpgt_ps(m, _mm_loadu_ps(c - 1)), _mm_cmpge_ps(m, _mm_loadu_ps(c + 1)));
         s[1][g] = _mm_and_ps(_mm_cmpgt_ps(m, _mm_loadu_ps(up + 1)), _mm_cmpgt_ps(m, _mm_loadu_ps(down - 1)));
@@ -234,7 +250,7 @@ inline Survival16 survival16(const Zeq32f* mag, ptrdiff_t stride, __m128 high) {
 // One framed row (interior columns 1..w); `y` is its roi row. Survivors get
 // the candidate mark, strong ones the edge mark, and those are pushed.
 // Returns the new stack top.
-int* suppressRow(Zeq8u* dir, const Zeq32f* mag, ptrdiff_t stride, int w, int y, float high, int* top) {
+int* suppressRow(Zeq8u* dir, const MagRows& mag, int w, int y, float high, int* top) {
     const __m128 highV = _mm_set1_ps(high);
     const __m128i zero = _mm_setzero_si128();
     // Blocks of 16 with a code, found a chunk of 32 blocks at a time so the
@@ -250,7 +266,7 @@ int* suppressRow(Zeq8u* dir, const Zeq32f* mag, ptrdiff_t stride, int w, int y, 
             const int x = x0 + 16 * __builtin_ctz(busy);
             Zeq8u* d = dir + 1 + x;
             const __m128i codes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(d));
-            const Survival16 s = survival16(mag + 1 + x, stride, highV);
+            const Survival16 s = survival16(mag, 1 + x, highV);
             __m128i keep = zero;
             for (int k = 0; k < 4; ++k)
                 keep = _mm_or_si128(keep, _mm_and_si128(s.dir[k], _mm_cmpeq_epi8(codes, _mm_set1_epi8(char(k + 1)))));
@@ -267,9 +283,9 @@ int* suppressRow(Zeq8u* dir, const Zeq32f* mag, ptrdiff_t stride, int w, int y, 
     }
     for (int x = w & ~15; x < w; ++x) {
         const Zeq8u code = dir[1 + x];
-        if (code == kNone || !survives(mag + 1 + x, code, stride)) continue;
+        if (code == kNone || !survives(mag, 1 + x, code)) continue;
         dir[1 + x] = kCandidate;
-        if (mag[1 + x] > high) {
+        if (mag.mid[1 + x] > high) {
             dir[1 + x] = kEdge;
             top[0] = y;
             top[1] = x;
@@ -279,17 +295,12 @@ int* suppressRow(Zeq8u* dir, const Zeq32f* mag, ptrdiff_t stride, int w, int y, 
     return top;
 }
 
-// Suppression of roi rows firstRow .. firstRow + rows - 1, whose maps and the
-// rows around them are complete. Returns the number of ints pushed (two per
-// seed).
-int ownNonMaximaSuppression(Zeq8u* directionMap, const Zeq32f* magnitudeMap, int width, int firstRow, int rows,
-                            float highThresh, int* stack) {
+// Suppression of roi row y, whose direction row and the magnitude rows around
+// it are complete. Returns the number of ints pushed (two per seed).
+int ownNonMaximaSuppression(Zeq8u* directionMap, const MagRows& magnitudes, int width, int y, float highThresh,
+                            int* stack) {
     const ptrdiff_t stride = ptrdiff_t(width) + 2;
-    int* top = stack;
-    for (int y = firstRow; y < firstRow + rows; ++y)
-        top = suppressRow(directionMap + (y + 1) * stride, magnitudeMap + (y + 1) * stride, stride, width, y,
-                          highThresh, top);
-    return int(top - stack);
+    return int(suppressRow(directionMap + (y + 1) * stride, magnitudes, width, y, highThresh, stack) - stack);
 }
 
 // ---- hysteresis ----
@@ -373,41 +384,39 @@ void ownHysteresisThresholding(Zeq8u* directionMap, int width, int height, int* 
 
 // ---- the whole detector ----
 
-// Gradient of roi rows y0 .. y1 - 1 into the maps, frame columns included.
+// Gradient of roi row y into its framed direction row and the magnitude row
+// `mag`, frame columns included.
 template <class T>
-void gradientRows(const T* dx, int dxStep, const T* dy, int dyStep, int w, int y0, int y1, float low,
-                  const WorkAreas& a) {
-    const ptrdiff_t stride = ptrdiff_t(w) + 2;
-    for (int y = y0; y < y1; ++y) {
-        Zeq8u* dir = a.direction + (y + 1) * stride;
-        Zeq32f* mag = a.magnitude + (y + 1) * stride;
-        dir[0] = dir[w + 1] = 0;
-        mag[0] = mag[w + 1] = 0.0f;
-        gradientRow(zq::row(dx, dxStep, y), zq::row(dy, dyStep, y), w, low, dir + 1, mag + 1);
-    }
+void gradientRow(const T* dx, int dxStep, const T* dy, int dyStep, int w, int y, float low, Zeq8u* dir,
+                 Zeq32f* mag) {
+    dir[0] = dir[w + 1] = 0;
+    mag[0] = mag[w + 1] = 0.0f;
+    gradientRow(zq::row(dx, dxStep, y), zq::row(dy, dyStep, y), w, low, dir + 1, mag + 1);
 }
 
-// Suppression of a row needs the magnitudes of the row below it, so the
-// gradient runs one row ahead; working in bands keeps the rows in between in
-// cache. The maps end up exactly as if each stage had run over the whole roi.
+// Framed row r (roi row r - 1) keeps its magnitudes in ring row r mod 3 until
+// suppression is done with it: the gradient runs one row ahead of
+// suppression, and the frame row below the roi is a cleared ring row.
 template <class T>
 void ownCanny(const T* dx, int dxStep, const T* dy, int dyStep, Zeq8u* dst, int dstStep, int w, int h, float low,
               float high, Zeq8u* buffer) {
-    constexpr int kBand = 8;
     const WorkAreas a = carve(buffer, w, h);
     const ptrdiff_t stride = ptrdiff_t(w) + 2;
+    Zeq32f* const ring[3] = {a.magnitude, a.magnitude + stride, a.magnitude + 2 * stride};
     std::memset(a.direction, 0, size_t(stride));
-    std::memset(a.magnitude, 0, size_t(stride) * sizeof(Zeq32f));
-    gradientRows(dx, dxStep, dy, dyStep, w, 0, 1, low, a);
+    std::memset(ring[0], 0, size_t(stride) * sizeof(Zeq32f));
+    gradientRow(dx, dxStep, dy, dyStep, w, 0, low, a.direction + stride, ring[1]);
     int entries = 0;
-    for (int y0 = 0; y0 < h; y0 += kBand) {
-        const int y1 = std::min(y0 + kBand, h);
-        gradientRows(dx, dxStep, dy, dyStep, w, y0 + 1, std::min(y1 + 1, h), low, a);
-        if (y1 == h) {
-            std::memset(a.direction + (h + 1) * stride, 0, size_t(stride));
-            std::memset(a.magnitude + (h + 1) * stride, 0, size_t(stride) * sizeof(Zeq32f));
+    for (int y = 0; y < h; ++y) {
+        Zeq32f* below = ring[(y + 2) % 3];
+        if (y + 1 < h) {
+            gradientRow(dx, dxStep, dy, dyStep, w, y + 1, low, a.direction + (y + 2) * stride, below);
+        } else {
+            std::memset(a.direction + (y + 2) * stride, 0, size_t(stride));
+            std::memset(below, 0, size_t(stride) * sizeof(Zeq32f));
         }
-        entries += ownNonMaximaSuppression(a.direction, a.magnitude, w, y0, y1 - y0, high, a.stack + entries);
+        entries += ownNonMaximaSuppression(a.direction, {ring[y % 3], ring[(y + 1) % 3], below}, w, y, high,
+                                           a.stack + entries);
     }
     ownHysteresisThresholding(a.direction, w, h, a.stack, entries, dst, dstStep);
 }
