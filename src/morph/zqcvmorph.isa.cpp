@@ -585,10 +585,11 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
     // Two rows at a time share the fold of the mh - 1 rows they have in
     // common: always for 8u, for floats when those rows hold no NaN.
     const bool pairs = mh >= 2 && mh <= kChunk;
-    // The roi goes in bands of whole registers narrow enough for the ring
-    // to stay in the first-level cache; every element's operations are the
-    // same in any band.
-    const int bandBytes = std::max(2048, (24576 / mh) & ~63);
+    // Very wide rois go in bands of whole registers narrow enough for the
+    // ring to stay in the second-level cache (bands that fit the first-level
+    // cache measured slower: the source rows then come in short pieces);
+    // every element's operations are the same in any band.
+    const int bandBytes = std::max(2048, (98304 / mh) & ~63);
     const bool stream = streams(dst, dstStep, int64_t(len) * int64_t(sizeof(T)) * roi.height);
     const int band = std::max(P::n, bandBytes / int(sizeof(T)) / P::n * P::n);
     for (int x0 = 0; x0 < len; x0 += band) {

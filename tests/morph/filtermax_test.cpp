@@ -44,7 +44,7 @@ TYPED_TEST(FilterMax, MatchesTheFoldOverRandomLayouts) {
         const ZeqiPoint an{rng.uniform(0, mw - 1), rng.uniform(0, mh - 1)};
         // Some rows wider than the kernel's bands.
         const bool wide = iter % 20 == 0;
-        const int w = iter < 30 ? 1 + iter % 5 : wide ? rng.uniform(600, 1300) : rng.uniform(1, 80);
+        const int w = iter < 30 ? 1 + iter % 5 : wide ? rng.uniform(2500, 4000) : rng.uniform(1, 80);
         const int h = wide ? rng.uniform(1, 4) : rng.uniform(1, 12);
         const double nanRate = (iter % 3) * 0.03;  // NaN-free rows take the shared fold of two rows
         Image<T> src(w + mw - 1, h + mh - 1, c, e * rng.uniform(0, 3) + (e == 1 ? rng.uniform(0, 1) : 0),
