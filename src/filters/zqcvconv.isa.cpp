@@ -82,12 +82,6 @@ inline typename VecOf<W, N>::type loadAs(const T* p) {
     }
 }
 
-// How the taps of one pass are summed. Weighted: each value times its
-// signed weight. Sum and Diff serve unit weights (the box, the 3-tap
-// difference) without products, s * 1 being s to the bit: Sum adds them all,
-// Diff takes the first and subtracts the others.
-enum class Mode { Weighted, Sum, Diff };
-
 // The taps of a pass copied into locals before a loop, weights signed and
 // splat to R: held there, no store to the output can be taken to change
 // them, so they stay in registers instead of being read again per vector.
@@ -107,17 +101,48 @@ struct Local {
     }
 };
 
+// The count of a set of taps and which of them have unit weights, as
+// constants: bit i of Plus marks tap i as +1, of Minus as -1 (never tap 0).
+// A unit tap is added or subtracted without its product: s * 1 is s and
+// x + s * -1 is x - s, to the bit (NaN included).
+template <int K, unsigned Plus = 0, unsigned Minus = 0>
+struct Shape {
+    static constexpr int k = K;
+    static constexpr unsigned plus = Plus, minus = Minus;
+};
+
+// The shapes the kernels of the filters have (the summing order puts the
+// positive weights first), e.g. 0b0110 / 0b1000 is (1, w, w, -1).
+template <class... S>
+struct ShapeList {};
+using KnownShapes =
+    ShapeList<Shape<2, 0b1, 0b10>, Shape<3, 0b111>, Shape<3, 0b011>, Shape<3, 0b101>, Shape<4, 0b0001, 0b1000>,
+              Shape<4, 0b0010, 0b0100>, Shape<5, 0b11111>, Shape<5, 0b10001>, Shape<6, 0b000001, 0b100000>,
+              Shape<6, 0b000100, 0b001000>, Shape<7, 0b1111111>, Shape<7, 0b0001001, 0b1010000>,
+              Shape<7, 0b1000001>>;
+
 // The taps over values at(i) of tap i, in their summing order. A negative
 // weight is added as its signed product: x + s * -w is x - s * w to the bit.
-template <Mode M, int K, class R, class At>
-inline R sumTaps(const Local<K, R>& t, At at) {
-    auto term = [&](int i) {
-        if constexpr (M == Mode::Weighted) return R(at(i) * t.w[i]);
-        else return R(at(i));
+template <class S, class R, class At, size_t... I>
+inline R sumShape(const Local<S::k, R>& t, At& at, std::index_sequence<I...>) {
+    auto term = [&](auto i) {
+        constexpr size_t j = decltype(i)::value;
+        if constexpr (((S::plus | S::minus) >> j & 1) != 0) return R(at(int(j)));
+        else return R(at(int(j)) * t.w[j]);
     };
-    R acc = term(0);
-    for (int i = 1; i < K; ++i) acc = M == Mode::Diff ? R(acc - term(i)) : R(acc + term(i));
+    R acc = term(std::integral_constant<size_t, 0>());
+    auto add = [&](auto i) {
+        constexpr size_t j = decltype(i)::value;
+        if constexpr ((S::minus >> j & 1) != 0) acc = R(acc - term(i));
+        else acc = R(acc + term(i));
+    };
+    (add(std::integral_constant<size_t, I + 1>()), ...);
     return acc;
+}
+
+template <class S, class R, class At>
+inline R sumTaps(const Local<S::k, R>& t, At at) {
+    return sumShape<S>(t, at, std::make_index_sequence<S::k - 1>());
 }
 
 // The same for taps whose count is known only at run time: a kernel pair
@@ -135,37 +160,37 @@ inline R sumTapsN(const Taps<W>& t, At at) {
 }
 
 template <class W>
-Mode modeOf(const Taps<W>& t) {
-    bool unit = true, sum = true, diff = !t.negative[0];
-    for (int i = 0; i < t.n; ++i) {
-        unit = unit && t.weight[i] == W(1);
-        sum = sum && !t.negative[i];
-        diff = diff && (i == 0 || t.negative[i]);
-    }
-    if (unit && sum) return Mode::Sum;
-    if (unit && diff) return Mode::Diff;
-    return Mode::Weighted;
+void unitsOf(const Taps<W>& t, unsigned& plus, unsigned& minus) {
+    plus = minus = 0;
+    for (int i = 0; i < t.n; ++i)
+        if (t.weight[i] == W(1)) {
+            if (!t.negative[i]) plus |= 1u << i;
+            else if (i > 0) minus |= 1u << i;
+        }
 }
 
-// Runs f with the tap count and the mode as constants.
+// Runs f with the shape of t: a known one, else its count with every tap
+// weighted.
+template <class W, class F, class... S>
+inline void withShape(const Taps<W>& t, F f, ShapeList<S...>) {
+    unsigned plus, minus;
+    unitsOf(t, plus, minus);
+    const bool known = ((S::k == t.n && S::plus == plus && S::minus == minus ? (f(S()), true) : false) || ...);
+    if (known) return;
+    switch (t.n) {
+    case 1: return f(Shape<1>());
+    case 2: return f(Shape<2>());
+    case 3: return f(Shape<3>());
+    case 4: return f(Shape<4>());
+    case 5: return f(Shape<5>());
+    case 6: return f(Shape<6>());
+    default: return f(Shape<7>());
+    }
+}
+
 template <class W, class F>
 inline void withTaps(const Taps<W>& t, F f) {
-    auto count = [&](auto mode) {
-        switch (t.n) {
-        case 1: return f(std::integral_constant<int, 1>(), mode);
-        case 2: return f(std::integral_constant<int, 2>(), mode);
-        case 3: return f(std::integral_constant<int, 3>(), mode);
-        case 4: return f(std::integral_constant<int, 4>(), mode);
-        case 5: return f(std::integral_constant<int, 5>(), mode);
-        case 6: return f(std::integral_constant<int, 6>(), mode);
-        default: return f(std::integral_constant<int, 7>(), mode);
-        }
-    };
-    switch (modeOf(t)) {
-    case Mode::Sum: return count(std::integral_constant<Mode, Mode::Sum>());
-    case Mode::Diff: return count(std::integral_constant<Mode, Mode::Diff>());
-    default: return count(std::integral_constant<Mode, Mode::Weighted>());
-    }
+    withShape(t, f, KnownShapes());
 }
 
 // Non-temporal stores of a register in 16-byte pieces (the destination rows
@@ -230,13 +255,12 @@ __attribute__((flatten)) void ownConvRow(const T* src, int width, const Taps<W>&
     using V = typename VecOf<W, N>::type;
     int reach = 0;  // the farthest tap from the centre
     for (int i = 0; i < taps.n; ++i) reach = std::max(reach, std::abs(taps.offset[i]));
-    withTaps(taps, [&](auto k, auto mode) {
-        constexpr int K = decltype(k)::value;
-        constexpr Mode M = decltype(mode)::value;
-        const Local<K, W> ts(taps);
-        const Local<K, V> tv(taps);
+    withTaps(taps, [&](auto shape) {
+        using S = decltype(shape);
+        const Local<S::k, W> ts(taps);
+        const Local<S::k, V> tv(taps);
         auto scalarAt = [&](int x) {
-            zq::storeu(out + x, sumTaps<M>(ts, [&](int i) {
+            zq::storeu(out + x, sumTaps<S>(ts, [&](int i) {
                 return W(zq::loadu(src + std::min(std::max(x + ts.off[i], 0), width - 1)));
             }));
         };
@@ -244,11 +268,23 @@ __attribute__((flatten)) void ownConvRow(const T* src, int width, const Taps<W>&
         for (int x = 0; x < left; ++x) scalarAt(x);
         int x = left;
         for (; x + N <= width - reach; x += N) {
-            const V v = sumTaps<M>(tv, [&](int i) { return loadAs<W, N>(src + x + tv.off[i]); });
+            const V v = sumTaps<S>(tv, [&](int i) { return loadAs<W, N>(src + x + tv.off[i]); });
             __builtin_memcpy(out + x, &v, sizeof v);
         }
         for (; x < width; ++x) scalarAt(x);
     });
+}
+
+// The second set of taps of a column pass: none, or one whose shape is
+// known only at run time.
+struct NoSet {};
+struct RuntimeSet {};
+
+template <class W, class S>
+bool hasShape(const Taps<W>& t, S) {
+    unsigned plus, minus;
+    unitsOf(t, plus, minus);
+    return t.n == S::k && plus == S::plus && minus == S::minus;
 }
 
 template <Isa I, class W, class D>
@@ -256,19 +292,19 @@ __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& ta
                                          const Taps<W>* taps2, int k2, D* out, int width, bool stream) {
     constexpr int N = isaBytes(I) / int(sizeof(W));
     using V = typename VecOf<W, N>::type;
-    // K2: the count of the second set of taps, 0 without one, -1 when it is
-    // known only at run time.
-    auto go = [&](auto k, auto mode, auto k2c, auto streamed) {
-        constexpr int K = decltype(k)::value, K2 = decltype(k2c)::value, K2n = K2 > 0 ? K2 : 1;
-        constexpr Mode M = decltype(mode)::value;
-        const Local<K, W> ts(taps);
-        const Local<K, V> tv(taps);
-        const Local<K2n, W> ts2(K2 > 0 ? *taps2 : taps);
-        const Local<K2n, V> tv2(K2 > 0 ? *taps2 : taps);
-        const W* p[K];
-        const W* p2[K2n];
-        for (int i = 0; i < K; ++i) p[i] = rows[k2 + ts.off[i]];
-        for (int i = 0; i < K2n; ++i) p2[i] = K2 > 0 ? rows2[k2 + ts2.off[i]] : nullptr;
+    auto go = [&](auto shape, auto shape2, auto streamed) {
+        using S = decltype(shape);
+        using S2 = decltype(shape2);
+        constexpr bool fixed2 = !std::is_same<S2, NoSet>::value && !std::is_same<S2, RuntimeSet>::value;
+        using T2 = typename std::conditional<fixed2, S2, Shape<1>>::type;
+        const Local<S::k, W> ts(taps);
+        const Local<S::k, V> tv(taps);
+        const Local<T2::k, W> ts2(fixed2 ? *taps2 : taps);
+        const Local<T2::k, V> tv2(fixed2 ? *taps2 : taps);
+        const W* p[S::k];
+        const W* p2[T2::k];
+        for (int i = 0; i < S::k; ++i) p[i] = rows[k2 + ts.off[i]];
+        for (int i = 0; i < T2::k; ++i) p2[i] = fixed2 ? rows2[k2 + ts2.off[i]] : nullptr;
         auto sumAt = [&](auto tag, int x) {
             using R = typename decltype(tag)::type;
             constexpr bool lanes = !std::is_same<R, W>::value;
@@ -277,12 +313,12 @@ __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& ta
                 else return zq::loadu(r + x);
             };
             R acc;
-            if constexpr (lanes) acc = sumTaps<M>(tv, [&](int i) { return load(p[i]); });
-            else acc = sumTaps<M>(ts, [&](int i) { return load(p[i]); });
-            if constexpr (K2 > 0) {
-                if constexpr (lanes) acc = acc + sumTaps<Mode::Weighted>(tv2, [&](int i) { return load(p2[i]); });
-                else acc = R(acc + sumTaps<Mode::Weighted>(ts2, [&](int i) { return load(p2[i]); }));
-            } else if constexpr (K2 < 0) {
+            if constexpr (lanes) acc = sumTaps<S>(tv, [&](int i) { return load(p[i]); });
+            else acc = sumTaps<S>(ts, [&](int i) { return load(p[i]); });
+            if constexpr (fixed2) {
+                if constexpr (lanes) acc = acc + sumTaps<T2>(tv2, [&](int i) { return load(p2[i]); });
+                else acc = R(acc + sumTaps<T2>(ts2, [&](int i) { return load(p2[i]); }));
+            } else if constexpr (std::is_same<S2, RuntimeSet>::value) {
                 acc = R(acc + sumTapsN<R>(*taps2, [&](int o) { return load(rows2[k2 + o]); }));
             }
             return acc;
@@ -292,26 +328,23 @@ __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& ta
             storeVec<D, N, decltype(streamed)::value>(out + x, sumAt(std::common_type<V>(), x));
         for (; x < width; ++x) storeOne(out + x, sumAt(std::common_type<W>(), x));
     };
-    auto withStream = [&](auto k, auto mode, auto k2c) {
+    auto withStream = [&](auto shape, auto shape2) {
         // 16-bit results of the baseline come 8 bytes at a time, too few to stream.
-        if (stream && (N > 4 || sizeof(D) == 4)) go(k, mode, k2c, std::true_type());
-        else go(k, mode, k2c, std::false_type());
+        if (stream && (N > 4 || sizeof(D) == 4)) go(shape, shape2, std::true_type());
+        else go(shape, shape2, std::false_type());
     };
-    using Weighted = std::integral_constant<Mode, Mode::Weighted>;
-    using C3 = std::integral_constant<int, 3>;
-    using C5 = std::integral_constant<int, 5>;
-    using C7 = std::integral_constant<int, 7>;
-    if (taps2 == nullptr) {
-        withTaps(taps, [&](auto k, auto mode) { withStream(k, mode, std::integral_constant<int, 0>()); });
-    } else if (modeOf(taps) == Mode::Weighted && modeOf(*taps2) == Mode::Weighted) {
-        // The pairs of counts the Laplace kernels have.
-        if (taps.n == 3 && taps2->n == 3) return withStream(C3(), Weighted(), C3());
-        if (taps.n == 5 && taps2->n == 3) return withStream(C5(), Weighted(), C3());
-        if (taps.n == 7 && taps2->n == 7) return withStream(C7(), Weighted(), C7());
-        withTaps(taps, [&](auto k, auto mode) { withStream(k, mode, std::integral_constant<int, -1>()); });
-    } else {
-        withTaps(taps, [&](auto k, auto mode) { withStream(k, mode, std::integral_constant<int, -1>()); });
-    }
+    if (taps2 == nullptr) return withTaps(taps, [&](auto shape) { withStream(shape, NoSet()); });
+    // The pairs the Laplace kernels make across rows: smoothing, then the
+    // second difference (3x3, 5x5 and 7x7).
+    using Smooth3 = Shape<3, 0b101>;
+    using Smooth5 = Shape<5, 0b10001>;
+    using Smooth7 = Shape<7, 0b1000001>;
+    using Second3 = Shape<3, 0b011>;
+    using Second7 = Shape<7, 0b0001001, 0b1010000>;
+    if (hasShape(taps, Smooth3()) && hasShape(*taps2, Second3())) return withStream(Smooth3(), Second3());
+    if (hasShape(taps, Smooth5()) && hasShape(*taps2, Second3())) return withStream(Smooth5(), Second3());
+    if (hasShape(taps, Smooth7()) && hasShape(*taps2, Second7())) return withStream(Smooth7(), Second7());
+    withTaps(taps, [&](auto shape) { withStream(shape, RuntimeSet()); });
 }
 
 template void ownConvRow<ZQ_ISA, Zeq8u, int16_t>(const Zeq8u*, int, const Taps<int16_t>&, int16_t*);
