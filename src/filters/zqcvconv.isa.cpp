@@ -267,9 +267,16 @@ __attribute__((flatten)) void ownConvRow(const T* src, int width, const Taps<W>&
         const int left = std::min(reach, width);
         for (int x = 0; x < left; ++x) scalarAt(x);
         int x = left;
-        for (; x + N <= width - reach; x += N) {
+        auto vectorAt = [&](int x) {
             const V v = sumTaps<S>(tv, [&](int i) { return loadAs<W, N>(src + x + tv.off[i]); });
             __builtin_memcpy(out + x, &v, sizeof v);
+        };
+        for (; x + N <= width - reach; x += N) vectorAt(x);
+        // The pixels short of a whole register before the right edge: one
+        // more register ending there, rewriting some with the same values.
+        if (x > left && x < width - reach) {
+            vectorAt(width - reach - N);
+            x = width - reach;
         }
         for (; x < width; ++x) scalarAt(x);
     });
