@@ -34,6 +34,25 @@ inline typename VecOf<W, N>::type loadAs(const T* p) {
         V v;
         __builtin_memcpy(&v, p, sizeof v);
         return v;
+    } else if constexpr (sizeof(W) == 2) {
+        constexpr bool sig = std::is_signed<T>::value;
+        if constexpr (N == 8) {
+            const __m128i b = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+            if constexpr (sig) return V(_mm_srai_epi16(_mm_unpacklo_epi8(b, b), 8));
+            else return V(_mm_unpacklo_epi8(b, _mm_setzero_si128()));
+        }
+#if ZQ_TIER >= 1
+        else if constexpr (N == 16) {
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+            return V(sig ? _mm256_cvtepi8_epi16(b) : _mm256_cvtepu8_epi16(b));
+        }
+#endif
+#if ZQ_TIER >= 2
+        else {
+            const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+            return V(sig ? _mm512_cvtepi8_epi16(b) : _mm512_cvtepu8_epi16(b));
+        }
+#endif
     } else {
         constexpr bool sig = std::is_signed<T>::value;
         if constexpr (N == 4) {
@@ -63,50 +82,116 @@ inline typename VecOf<W, N>::type loadAs(const T* p) {
     }
 }
 
-// The taps over values at(offset), in their summing order, K of them. A
-// negative weight is added as its signed product: x + s * -w is x - s * w to
-// the bit, so no branch is needed.
-// With unit weights (all of magnitude 1, as the box and the 3-tap
-// difference have) the products are left out: s * 1 is s to the bit.
-template <int K, bool Unit, class R, class W, class At>
-inline R sumTapsK(const Taps<W>& t, At at) {
-    auto term = [&](int i) {
-        if constexpr (Unit) return at(t.offset[i]);
-        else return at(t.offset[i]) * (t.negative[i] ? -t.weight[i] : t.weight[i]);
+// The taps of a pass copied into locals before a loop, weights signed and
+// splat to R: held there, no store to the output can be taken to change
+// them, so they stay in registers instead of being read again per vector.
+template <int K, class R>
+struct Local {
+    int off[K];
+    R w[K];
+    template <class W>
+    explicit Local(const Taps<W>& t) {
+        for (int i = 0; i < K; ++i) {
+            off[i] = t.offset[i];
+            const W v = t.negative[i] ? W(-t.weight[i]) : t.weight[i];
+            if constexpr (std::is_arithmetic<R>::value) w[i] = v;
+            else
+                for (size_t j = 0; j < sizeof(R) / sizeof(W); ++j) w[i][j] = v;
+        }
+    }
+};
+
+// The count of a set of taps and which of them have unit weights, as
+// constants: bit i of Plus marks tap i as +1, of Minus as -1 (never tap 0).
+// A unit tap is added or subtracted without its product: s * 1 is s and
+// x + s * -1 is x - s, to the bit (NaN included).
+template <int K, unsigned Plus = 0, unsigned Minus = 0>
+struct Shape {
+    static constexpr int k = K;
+    static constexpr unsigned plus = Plus, minus = Minus;
+};
+
+// The shapes the kernels of the filters have (the summing order puts the
+// positive weights first), e.g. 0b0110 / 0b1000 is (1, w, w, -1).
+template <class... S>
+struct ShapeList {};
+using KnownShapes =
+    ShapeList<Shape<2, 0b1, 0b10>, Shape<3, 0b111>, Shape<3, 0b011>, Shape<3, 0b101>, Shape<4, 0b0001, 0b1000>,
+              Shape<4, 0b0010, 0b0100>, Shape<5, 0b11111>, Shape<5, 0b10001>, Shape<6, 0b000001, 0b100000>,
+              Shape<6, 0b000100, 0b001000>, Shape<7, 0b1111111>, Shape<7, 0b0001001, 0b1010000>,
+              Shape<7, 0b1000001>>;
+
+// The taps over values at(i) of tap i, in their summing order. A negative
+// weight is added as its signed product: x + s * -w is x - s * w to the bit.
+template <class S, class R, class At, size_t... I>
+inline R sumShape(const Local<S::k, R>& t, At& at, std::index_sequence<I...>) {
+    auto term = [&](auto i) {
+        constexpr size_t j = decltype(i)::value;
+        if constexpr (((S::plus | S::minus) >> j & 1) != 0) return R(at(int(j)));
+        else return R(at(int(j)) * t.w[j]);
     };
-    R acc = term(0);
-    if (Unit && t.negative[0]) acc = -acc;
-    for (int i = 1; i < K; ++i) acc = (Unit && t.negative[i]) ? acc - term(i) : acc + term(i);
+    R acc = term(std::integral_constant<size_t, 0>());
+    auto add = [&](auto i) {
+        constexpr size_t j = decltype(i)::value;
+        if constexpr ((S::minus >> j & 1) != 0) acc = R(acc - term(i));
+        else acc = R(acc + term(i));
+    };
+    (add(std::integral_constant<size_t, I + 1>()), ...);
+    (void)add;  // a single tap adds nothing
     return acc;
 }
 
-// The same with the count known only at run time (the second set of
-// Laplace, so that the pairs of counts need not all be compiled).
+template <class S, class R, class At>
+inline R sumTaps(const Local<S::k, R>& t, At at) {
+    return sumShape<S>(t, at, std::make_index_sequence<S::k - 1>());
+}
+
+// The same for taps whose count is known only at run time: a kernel pair
+// no filter makes, summed as the others are.
 template <class R, class W, class At>
 inline R sumTapsN(const Taps<W>& t, At at) {
-    R acc = at(t.offset[0]) * (t.negative[0] ? -t.weight[0] : t.weight[0]);
-    for (int i = 1; i < t.n; ++i) acc = acc + at(t.offset[i]) * (t.negative[i] ? -t.weight[i] : t.weight[i]);
+    const Local<1, R> first(t);
+    R acc = R(at(t.offset[0]) * first.w[0]);
+    for (int i = 1; i < t.n; ++i) {
+        Taps<W> one;
+        one.offset[0] = t.offset[i], one.weight[0] = t.weight[i], one.negative[0] = t.negative[i];
+        acc = R(acc + at(t.offset[i]) * Local<1, R>(one).w[0]);
+    }
     return acc;
 }
 
-// Runs f with the tap count and whether the weights are units as constants.
+template <class W>
+void unitsOf(const Taps<W>& t, unsigned& plus, unsigned& minus) {
+    plus = minus = 0;
+    for (int i = 0; i < t.n; ++i)
+        if (t.weight[i] == W(1)) {
+            if (!t.negative[i]) plus |= 1u << i;
+            else if (i > 0) minus |= 1u << i;
+        }
+}
+
+// Runs f with the shape of t: a known one, else its count with every tap
+// weighted.
+template <class W, class F, class... S>
+inline void withShape(const Taps<W>& t, F f, ShapeList<S...>) {
+    unsigned plus, minus;
+    unitsOf(t, plus, minus);
+    const bool known = ((S::k == t.n && S::plus == plus && S::minus == minus ? (f(S()), true) : false) || ...);
+    if (known) return;
+    switch (t.n) {
+    case 1: return f(Shape<1>());
+    case 2: return f(Shape<2>());
+    case 3: return f(Shape<3>());
+    case 4: return f(Shape<4>());
+    case 5: return f(Shape<5>());
+    case 6: return f(Shape<6>());
+    default: return f(Shape<7>());
+    }
+}
+
 template <class W, class F>
 inline void withTaps(const Taps<W>& t, F f) {
-    auto count = [&](auto unit) {
-        switch (t.n) {
-        case 1: return f(std::integral_constant<int, 1>(), unit);
-        case 2: return f(std::integral_constant<int, 2>(), unit);
-        case 3: return f(std::integral_constant<int, 3>(), unit);
-        case 4: return f(std::integral_constant<int, 4>(), unit);
-        case 5: return f(std::integral_constant<int, 5>(), unit);
-        case 6: return f(std::integral_constant<int, 6>(), unit);
-        default: return f(std::integral_constant<int, 7>(), unit);
-        }
-    };
-    bool unit = true;
-    for (int i = 0; i < t.n; ++i) unit = unit && t.weight[i] == W(1);
-    if (unit) count(std::true_type());
-    else count(std::false_type());
+    withShape(t, f, KnownShapes());
 }
 
 // Non-temporal stores of a register in 16-byte pieces (the destination rows
@@ -130,7 +215,10 @@ inline void storeOne(D* p, W v) {
 
 template <class D, int N, bool Stream, class V>
 inline void storeVec(D* p, V v) {
-    if constexpr (std::is_same<D, Zeq16s>::value) {  // the processor's saturating packs
+    if constexpr (sizeof(v[0]) == sizeof(D)) {
+        if constexpr (Stream) streamPieces(p, v);
+        else __builtin_memcpy(p, &v, sizeof v);
+    } else if constexpr (std::is_same<D, Zeq16s>::value) {  // the processor's saturating packs
         if constexpr (N == 4) {
             _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_packs_epi32(__m128i(v), __m128i(v)));
         }
@@ -164,63 +252,117 @@ namespace zq {
 // the wider tiers stay in registers.
 template <Isa I, class T, class W>
 __attribute__((flatten)) void ownConvRow(const T* src, int width, const Taps<W>& taps, W* out) {
-    constexpr int N = isaBytes(I) / 4;
+    constexpr int N = isaBytes(I) / int(sizeof(W));
     using V = typename VecOf<W, N>::type;
     int reach = 0;  // the farthest tap from the centre
     for (int i = 0; i < taps.n; ++i) reach = std::max(reach, std::abs(taps.offset[i]));
-    withTaps(taps, [&](auto k, auto unit) {
-        constexpr int K = decltype(k)::value;
-        constexpr bool U = decltype(unit)::value;
+    withTaps(taps, [&](auto shape) {
+        using S = decltype(shape);
+        const Local<S::k, W> ts(taps);
+        const Local<S::k, V> tv(taps);
         auto scalarAt = [&](int x) {
-            zq::storeu(out + x, sumTapsK<K, U, W>(taps, [&](int o) {
-                return W(zq::loadu(src + std::min(std::max(x + o, 0), width - 1)));
+            zq::storeu(out + x, sumTaps<S>(ts, [&](int i) {
+                return W(zq::loadu(src + std::min(std::max(x + ts.off[i], 0), width - 1)));
             }));
         };
         const int left = std::min(reach, width);
         for (int x = 0; x < left; ++x) scalarAt(x);
         int x = left;
-        for (; x + N <= width - reach; x += N) {
-            const V v = sumTapsK<K, U, V>(taps, [&](int o) { return loadAs<W, N>(src + x + o); });
+        auto vectorAt = [&](int x) {
+            const V v = sumTaps<S>(tv, [&](int i) { return loadAs<W, N>(src + x + tv.off[i]); });
             __builtin_memcpy(out + x, &v, sizeof v);
+        };
+        for (; x + N <= width - reach; x += N) vectorAt(x);
+        // The pixels short of a whole register before the right edge: one
+        // more register ending there, rewriting some with the same values.
+        if (x > left && x < width - reach) {
+            vectorAt(width - reach - N);
+            x = width - reach;
         }
         for (; x < width; ++x) scalarAt(x);
     });
 }
 
+// The second set of taps of a column pass: none, or one whose shape is
+// known only at run time.
+struct NoSet {};
+struct RuntimeSet {};
+
+template <class W, class S>
+bool hasShape(const Taps<W>& t, S) {
+    unsigned plus, minus;
+    unitsOf(t, plus, minus);
+    return t.n == S::k && plus == S::plus && minus == S::minus;
+}
+
 template <Isa I, class W, class D>
 __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& taps, const W* const* rows2,
                                          const Taps<W>* taps2, int k2, D* out, int width, bool stream) {
-    constexpr int N = isaBytes(I) / 4;
+    constexpr int N = isaBytes(I) / int(sizeof(W));
     using V = typename VecOf<W, N>::type;
-    withTaps(taps, [&](auto k, auto unit) {
-        constexpr int K = decltype(k)::value;
-        constexpr bool U = decltype(unit)::value;
+    auto go = [&](auto shape, auto shape2, auto streamed) {
+        using S = decltype(shape);
+        using S2 = decltype(shape2);
+        constexpr bool fixed2 = !std::is_same<S2, NoSet>::value && !std::is_same<S2, RuntimeSet>::value;
+        using T2 = typename std::conditional<fixed2, S2, Shape<1>>::type;
+        const Local<S::k, W> ts(taps);
+        const Local<S::k, V> tv(taps);
+        const Local<T2::k, W> ts2(fixed2 ? *taps2 : taps);
+        const Local<T2::k, V> tv2(fixed2 ? *taps2 : taps);
+        const W* p[S::k];
+        const W* p2[T2::k];
+        for (int i = 0; i < S::k; ++i) p[i] = rows[k2 + ts.off[i]];
+        for (int i = 0; i < T2::k; ++i) p2[i] = fixed2 ? rows2[k2 + ts2.off[i]] : nullptr;
         auto sumAt = [&](auto tag, int x) {
             using R = typename decltype(tag)::type;
-            auto at = [&](const W* const* r) {
-                return [&, r](int o) {
-                    if constexpr (std::is_same<R, W>::value) return zq::loadu(r[k2 + o] + x);
-                    else return loadAs<W, N>(r[k2 + o] + x);
-                };
+            constexpr bool lanes = !std::is_same<R, W>::value;
+            auto load = [&](const W* r) {
+                if constexpr (lanes) return loadAs<W, N>(r + x);
+                else return zq::loadu(r + x);
             };
-            R acc = sumTapsK<K, U, R>(taps, at(rows));
-            if (taps2) acc = acc + sumTapsN<R>(*taps2, at(rows2));
+            R acc;
+            if constexpr (lanes) acc = sumTaps<S>(tv, [&](int i) { return load(p[i]); });
+            else acc = sumTaps<S>(ts, [&](int i) { return load(p[i]); });
+            if constexpr (fixed2) {
+                if constexpr (lanes) acc = acc + sumTaps<T2>(tv2, [&](int i) { return load(p2[i]); });
+                else acc = R(acc + sumTaps<T2>(ts2, [&](int i) { return load(p2[i]); }));
+            } else if constexpr (std::is_same<S2, RuntimeSet>::value) {
+                acc = R(acc + sumTapsN<R>(*taps2, [&](int o) { return load(rows2[k2 + o]); }));
+            }
             return acc;
         };
-        auto run = [&](auto streamed) {
-            int x = 0;
-            for (; x + N <= width; x += N) storeVec<D, N, decltype(streamed)::value>(out + x, sumAt(std::common_type<V>(), x));
-            for (; x < width; ++x) storeOne(out + x, sumAt(std::common_type<W>(), x));
-        };
+        int x = 0;
+        for (; x + N <= width; x += N)
+            storeVec<D, N, decltype(streamed)::value>(out + x, sumAt(std::common_type<V>(), x));
+        for (; x < width; ++x) storeOne(out + x, sumAt(std::common_type<W>(), x));
+    };
+    auto withStream = [&](auto shape, auto shape2) {
         // 16-bit results of the baseline come 8 bytes at a time, too few to stream.
-        if (stream && (N > 4 || sizeof(D) == 4)) run(std::true_type());
-        else run(std::false_type());
-    });
+        if (stream && (N > 4 || sizeof(D) == 4)) go(shape, shape2, std::true_type());
+        else go(shape, shape2, std::false_type());
+    };
+    if (taps2 == nullptr) return withTaps(taps, [&](auto shape) { withStream(shape, NoSet()); });
+    // The pairs the Laplace kernels make across rows: smoothing, then the
+    // second difference (3x3, 5x5 and 7x7).
+    using Smooth3 = Shape<3, 0b101>;
+    using Smooth5 = Shape<5, 0b10001>;
+    using Smooth7 = Shape<7, 0b1000001>;
+    using Second3 = Shape<3, 0b011>;
+    using Second7 = Shape<7, 0b0001001, 0b1010000>;
+    if (hasShape(taps, Smooth3()) && hasShape(*taps2, Second3())) return withStream(Smooth3(), Second3());
+    if (hasShape(taps, Smooth5()) && hasShape(*taps2, Second3())) return withStream(Smooth5(), Second3());
+    if (hasShape(taps, Smooth7()) && hasShape(*taps2, Second7())) return withStream(Smooth7(), Second7());
+    withTaps(taps, [&](auto shape) { withStream(shape, RuntimeSet()); });
 }
 
+template void ownConvRow<ZQ_ISA, Zeq8u, int16_t>(const Zeq8u*, int, const Taps<int16_t>&, int16_t*);
+template void ownConvRow<ZQ_ISA, Zeq8s, int16_t>(const Zeq8s*, int, const Taps<int16_t>&, int16_t*);
 template void ownConvRow<ZQ_ISA, Zeq8u, int32_t>(const Zeq8u*, int, const Taps<int32_t>&, int32_t*);
 template void ownConvRow<ZQ_ISA, Zeq8s, int32_t>(const Zeq8s*, int, const Taps<int32_t>&, int32_t*);
 template void ownConvRow<ZQ_ISA, Zeq32f, float>(const Zeq32f*, int, const Taps<float>&, float*);
+template void ownConvCol<ZQ_ISA, int16_t, Zeq16s>(const int16_t* const*, const Taps<int16_t>&,
+                                                  const int16_t* const*, const Taps<int16_t>*, int, Zeq16s*, int,
+                                                  bool);
 template void ownConvCol<ZQ_ISA, int32_t, Zeq16s>(const int32_t* const*, const Taps<int32_t>&, const int32_t* const*,
                                                   const Taps<int32_t>*, int, Zeq16s*, int, bool);
 template void ownConvCol<ZQ_ISA, float, Zeq32f>(const float* const*, const Taps<float>&, const float* const*,

@@ -15,6 +15,7 @@
 #include <emmintrin.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <type_traits>
 
@@ -26,7 +27,8 @@ enum class Kind { Sobel, Laplace, Blur };
 
 constexpr int kWhole = 0, kFirst = 1, kLast = 2, kMiddle = 4;
 
-// The lanes of a pipeline: 32-bit integers for 8-bit sources, floats for floats.
+// The lanes of a pipeline: 32-bit integers for 8-bit sources (16-bit ones
+// where no sum can leave them, see narrowFits), floats for floats.
 template <class T>
 using Work = typename std::conditional<std::is_same<T, Zeq32f>::value, float, int32_t>::type;
 
@@ -70,10 +72,34 @@ ZeqStatus stateFits(const ZeqiConvState& s, Kind kind, int width) {
     return zeqStsOk;
 }
 
-template <class T, class D>
+template <class W>
+int64_t magnitude(const Taps<W>& t) {
+    int64_t m = 0;
+    for (int i = 0; i < t.n; ++i) m += std::abs(int64_t(t.weight[i]));
+    return m;
+}
+
+// Whether every partial sum of the integer pipelines stays within int16,
+// for sources of magnitude up to `top`: the sum of |weight x| * |weight y|
+// over the kernel pairs bounds them all. Then 16-bit lanes give the 32-bit
+// results exactly (twice the lanes a register holds), and no result needs
+// saturating. Every 8-bit Blur, and Sobel and Laplace up to 5x5, fit.
+bool narrowFits(const Taps<int32_t>& x, const Taps<int32_t>& y, bool pair, int top) {
+    const int64_t m = magnitude(x) * magnitude(y) * (pair ? 2 : 1);
+    return m * top <= 32767;
+}
+
+template <class W>
+Taps<int16_t> narrowed(const Taps<W>& t) {
+    Taps<int16_t> n;
+    n.n = t.n;
+    for (int i = 0; i < t.n; ++i) n.offset[i] = t.offset[i], n.weight[i] = int16_t(t.weight[i]), n.negative[i] = t.negative[i];
+    return n;
+}
+
+template <class T, class W, class D>
 class Strip {
 public:
-    using W = Work<T>;
 
     Strip(const T* src, ptrdiff_t srcStep, D* dst, ptrdiff_t dstStep, int width, int n, ZeqiConvState& s, int flag)
         : src_(src), srcStep_(srcStep), dst_(dst), dstStep_(dstStep), w_(width), s_(s), k_(s.kernelSize),
@@ -182,22 +208,32 @@ ZeqStatus stateFilter(const T* pSrc, int srcStep, D* pDst, int dstStep, ZeqiSize
 
     ZeqiConvState& s = *pState;
     const int k = s.kernelSize;
-    Strip<T, D> strip(pSrc, srcStep, pDst, dstStep, roi->width, roi->height, s, stripFlag);
-    if constexpr (K == Kind::Blur) {
-        const Taps<W> box = tapsOf<W>(nullptr, k);
-        strip.alongFirst(box, box, nullptr, nullptr);
-    } else {
-        const Taps<W> x = tapsOf<W>(s.kernelX, k), y = tapsOf<W>(s.kernelY, k);
+    const bool box = K == Kind::Blur;
+    const Taps<W> x = tapsOf<W>(box ? nullptr : s.kernelX, k), y = tapsOf<W>(box ? nullptr : s.kernelY, k);
+    auto run = [&](auto& strip, const auto& x, const auto& y) {
         if constexpr (K == Kind::Laplace) {
             strip.alongFirst(x, y, &y, &x);
-        } else if constexpr (std::is_same<W, float>::value) {
+        } else if constexpr (std::is_same<W, float>::value && K == Kind::Sobel) {
             if ((s.descriptor & 3) == 0) strip.acrossFirst(x, y);
             else strip.alongFirst(x, y, nullptr, nullptr);
         } else {
             strip.alongFirst(x, y, nullptr, nullptr);
         }
+        roi->height = strip.produced();
+    };
+    if constexpr (std::is_same<W, float>::value) {
+        Strip<T, W, D> strip(pSrc, srcStep, pDst, dstStep, roi->width, roi->height, s, stripFlag);
+        run(strip, x, y);
+    } else {
+        const int top = std::is_signed<T>::value ? 128 : 255;
+        if (narrowFits(x, y, K == Kind::Laplace, top)) {
+            Strip<T, int16_t, D> strip(pSrc, srcStep, pDst, dstStep, roi->width, roi->height, s, stripFlag);
+            run(strip, narrowed(x), narrowed(y));
+        } else {
+            Strip<T, W, D> strip(pSrc, srcStep, pDst, dstStep, roi->width, roi->height, s, stripFlag);
+            run(strip, x, y);
+        }
     }
-    roi->height = strip.produced();
     return zeqStsOk;
 }
 
