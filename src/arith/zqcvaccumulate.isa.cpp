@@ -130,24 +130,28 @@ inline ptrdiff_t accumulateBlocks(const S* a, const S* b, const Zeq8u* m, Zeq32f
     return i;
 }
 
-// Pixels i..n-1 one at a time.
+// Pixels i..n-1 one at a time. The rows may start at any byte: every
+// element goes through an unaligned load or store.
 template <AccOp O, bool Masked, class S>
 inline void accumulateScalar(const S* a, const S* b, const Zeq8u* m, Zeq32f* acc, ptrdiff_t i, ptrdiff_t n,
                              Zeq32f alpha) {
+    using zq::loadu;
     for (; i < n; ++i) {
         const bool in = !Masked || m[i] != 0;
-        Zeq32f t = Zeq32f(a[i]);
+        const S ai = loadu(a + i);
+        Zeq32f t = Zeq32f(ai);
         if constexpr (O == AccOp::Square || O == AccOp::Product) {
-            const S c = O == AccOp::Square ? a[i] : b[i];
-            if constexpr (sizeof(S) == 1) t = Zeq32f(int(a[i]) * int(c));
+            const S c = O == AccOp::Square ? ai : loadu(b + i);
+            if constexpr (sizeof(S) == 1) t = Zeq32f(int(ai) * int(c));
             else t = t * Zeq32f(c);
         }
+        const Zeq32f old = loadu(acc + i);
         if constexpr (O == AccOp::Weighted) {
-            const Zeq32f d = t - acc[i];
+            const Zeq32f d = t - old;
             const Zeq32f dw = d * (in ? alpha : 0.0f);
-            acc[i] = acc[i] + dw;
+            zq::storeu(acc + i, old + dw);
         } else {
-            acc[i] = acc[i] + (in ? t : 0.0f);
+            zq::storeu(acc + i, old + (in ? t : 0.0f));
         }
     }
 }

@@ -75,10 +75,12 @@ TYPED_TEST(Accumulate, MatchesReferenceOverRandomLayouts) {
             if (!exists<S>(Op(op), masked)) continue;
             for (int iter = 0; iter < 40; ++iter) {
                 const int w = iter < 20 ? iter + 1 : rng.uniform(1, 160), h = rng.uniform(1, 5);
-                Image<S> a(w, h, 1, e * rng.uniform(0, 9), e * rng.uniform(0, 15));
-                Image<S> b(w, h, 1, e * rng.uniform(0, 3), e * rng.uniform(0, 15));
+                // Every fourth layout starts its rows off any element boundary.
+                const int odd = iter % 4 == 3 ? rng.uniform(1, 3) : 0;
+                Image<S> a(w, h, 1, e * rng.uniform(0, 9), e * rng.uniform(0, 15) + odd);
+                Image<S> b(w, h, 1, e * rng.uniform(0, 3), e * rng.uniform(0, 15) + odd);
                 Image<Zeq8u> m(w, h, 1, rng.uniform(0, 5), rng.uniform(0, 15));
-                Image<Zeq32f> acc(w, h, 1, 4 * rng.uniform(0, 5), 4 * rng.uniform(0, 3));
+                Image<Zeq32f> acc(w, h, 1, 4 * rng.uniform(0, 5), 4 * rng.uniform(0, 3) + odd);
                 a.fillRandom(rng);
                 b.fillRandom(rng);
                 m.fill([&](int, int, int) { return rng.chance(0.5) ? 0 : rng.uniform(1, 255); });
