@@ -54,8 +54,8 @@ struct Taps {
 };
 
 // Along a row: out[x] = the taps over src[x + offset], the row's first and
-// last pixels standing in for those beyond it. W is int32_t for 8-bit
-// sources, float for float ones.
+// last pixels standing in for those beyond it. W is int16_t (where no sum
+// can leave it) or int32_t for 8-bit sources, float for float ones.
 template <Isa I, class T, class W>
 void ownConvRow(const T* src, int width, const Taps<W>& taps, W* out);
 

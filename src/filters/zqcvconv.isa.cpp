@@ -1,6 +1,6 @@
 // The two passes of the separable state filters, written once over vectors
-// of the compiler: 32-bit integer or float lanes, as many as a register of
-// the tier holds. Every lane computes what the scalar edge code computes, in
+// of the compiler: 16- or 32-bit integer or float lanes, as many as a
+// register of the tier holds. Every lane computes what the scalar edge code computes, in
 // the same order, so the tiers agree bit for bit.
 #include "filters/zqcvconv.h"
 #include "core/zqcvcore.h"
