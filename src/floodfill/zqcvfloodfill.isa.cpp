@@ -76,7 +76,9 @@ public:
             visitedRow(seed.y)[seed.x] = 1;
         } else {
             seedValue_ = zq::loadu(r + seed.x);
-            splat_ = R::set1_8(int(seedValue_));
+            // Only 8-bit rows compare a register of bytes; a float seed (any
+            // value, NaN included) is never converted.
+            if constexpr (vectors) splat_ = R::set1_8(int(seedValue_));
             // The height-1 image scans row -1 as the parent side: kept as documented.
             dir = seed.y == h_ - 1 ? -1 : 1;
         }

@@ -114,6 +114,21 @@ TYPED_TEST(FloodFill, MatchesBreadthFirstSearch) {
     }
 }
 
+// A float seed of any value is only compared, never converted: huge values
+// fill their equal neighbours, NaN equals nothing but is still taken itself.
+TEST(FloodFill32f, SeedOfAnyValue) {
+    for (float v : {3e38f, -1e30f, std::numeric_limits<float>::quiet_NaN()}) {
+        Image<float> im(5, 3);
+        im.fill([&](int x, int, int) { return x < 3 ? v : 1.0f; });
+        std::vector<Zeq8u> buf(256);
+        ZeqiConnectedComp r;
+        ASSERT_EQ(zeqStsOk, zeqiFloodFill_4Con_32f_C1IR(im.ptr(), im.step(), {5, 3}, {1, 1}, 7, &r, buf.data()));
+        EXPECT_EQ(v == v ? 9.0 : 1.0, r.area) << v;
+        EXPECT_EQ(7.0f, im.at(1, 1));
+        EXPECT_EQ(1.0f, im.at(4, 2));
+    }
+}
+
 // Kept as documented: a one-row plain fill scans and fills the row before.
 TEST(FloodFill8u, OneRowPlainFillReadsTheRowBefore) {
     Image<Zeq8u> im(6, 2);
