@@ -47,9 +47,9 @@ int64_t round16(int64_t v) { return (v + 15) & ~int64_t(15); }
 TEST(SizeQuery, CannyInEitherDimension) {
     for (int other : {1, 1080, 429496728}) {
         expectBoundary("width", [&](int w, int* s) { return zeqiCannyGetSize({w, other}, s); },
-                       [&](int64_t w) { return 13 * (w + 2) * (other + 2) + 64; });
+                       [&](int64_t w) { return 13 * (w + 2) * (int64_t(other) + 2) + 64; });
         expectBoundary("height", [&](int h, int* s) { return zeqiCannyGetSize({other, h}, s); },
-                       [&](int64_t h) { return 13 * (other + 2) * (h + 2) + 64; });
+                       [&](int64_t h) { return 13 * (int64_t(other) + 2) * (h + 2) + 64; });
     }
     int size = -1;  // the case that once wrapped to 64 bytes
     EXPECT_EQ(zeqiCannyGetSize({2147483646, 429496728}, &size), zeqStsSize);
