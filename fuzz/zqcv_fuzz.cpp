@@ -778,8 +778,10 @@ const std::vector<Entry>& entries() {
         pyramid(ZQF(zeqiPyrUp_Gauss5x5_8s_C1R)), pyramid(ZQF(zeqiPyrUp_Gauss5x5_8s_C3R)),
         pyramid(ZQF(zeqiPyrUp_Gauss5x5_32f_C1R)), pyramid(ZQF(zeqiPyrUp_Gauss5x5_32f_C3R)),
         {"zeqiGetDistanceTransformMask_32f/zeqiGetDistanceTransformMask_32s/zeqiGetDistanceTransformMask", [](Input& in) {
+             // The float 5x5 city-block table writes its third weight to the
+             // fourth element, as documented: float tables of 5x5 get four.
              const int k = in.range(1, 6), norm = in.range(-1, 3), type = 10 * k + norm;
-             Image f(in, k == 5 ? 3 : 2, 1, 4), i(in, k == 5 ? 3 : 2, 1, 4), t(in, type / 10 == 5 ? 3 : 2, 1, 4);
+             Image f(in, k == 5 ? 4 : 2, 1, 4), i(in, k == 5 ? 3 : 2, 1, 4), t(in, type / 10 == 5 ? 4 : 2, 1, 4);
              f.verify(zeqiGetDistanceTransformMask_32f(k, norm, f.ptr<Zeq32f>()), "zeqiGetDistanceTransformMask_32f");
              i.verify(zeqiGetDistanceTransformMask_32s(k, norm, i.ptr<Zeq32s>()), "zeqiGetDistanceTransformMask_32s");
              t.verify(zeqiGetDistanceTransformMask(type, t.ptr<Zeq32f>()), "zeqiGetDistanceTransformMask");
