@@ -34,6 +34,8 @@ public:
     int range(int lo, int hi) { return lo + int(byte() % unsigned(hi - lo + 1)); }
     bool chance(int outOf) { return byte() % outOf == 0; }
     float value() { return float(int(byte()) - 128) * 0.75f; }
+    // A width, height or length up to 255 * 2^23, for size arithmetic near int's end.
+    int huge() { return range(0, 255) << range(0, 23); }
 
 private:
     const uint8_t* p_;
@@ -526,9 +528,9 @@ Entry query(const char* name, ZeqStatus (*fn)(A...)) {
                     using T = typename decltype(tag)::type;
                     if constexpr (std::is_same<T, int*>::value) return in.chance(24) ? nullptr : &size;
                     else if constexpr (std::is_same<T, ZeqiSize>::value)
-                        return in.chance(4) ? ZeqiSize{in.range(0, 255) << in.range(0, 23), in.range(0, 255) << in.range(0, 23)}
+                        return in.chance(4) ? ZeqiSize{in.huge(), in.huge()}
                                             : anySize(in);
-                    else return T(in.chance(4) ? in.range(0, 255) << in.range(0, 23) : in.range(-1, 9));
+                    else return T(in.chance(4) ? in.huge() : in.range(-1, 9));
                 };
                 const std::tuple<A...> args{arg(std::common_type<A>{})...};
                 std::apply(fn, args);
@@ -748,7 +750,7 @@ const std::vector<Entry>& entries() {
         unaryOrigin(ZQF(zeqiScharr_Dy_32f_C1R)),
         {"zeqiSobelInitAlloc/zeqiLaplaceInitAlloc/zeqiBlurInitAlloc/zeqiConvolFree", [](Input& in) {
              ZeqiConvState* st = nullptr;
-             const int w = in.chance(8) ? in.range(0, 255) << in.range(0, 23) : in.range(-1, 50);
+             const int w = in.chance(8) ? in.huge() : in.range(-1, 50);
              const int type = in.range(0, 10), k = in.range(1, 8);
              const int which = in.range(0, 2);
              const ZeqStatus made = which == 0 ? zeqiSobelInitAlloc(w, type, k, in.range(-1, 2), in.range(-1, 3), in.range(-1, 3), &st)
@@ -800,7 +802,7 @@ const std::vector<Entry>& entries() {
              for (uint8_t& b : mask) b = in.byte();
              const ZeqiSize m{in.range(-1, 8), in.range(-1, 8)};
              ZeqiMorphState* st = nullptr;
-             const int w = in.chance(8) ? in.range(0, 255) << in.range(0, 23) : in.range(-1, 50);
+             const int w = in.chance(8) ? in.huge() : in.range(-1, 50);
              const ZeqStatus made = zeqiMorphologyInitAlloc(w, in.range(0, 10), in.range(0, 5), m, {in.range(-1, 8), in.range(-1, 8)},
                                                             in.chance(4) ? 100 : in.range(-1, 3), in.chance(8) ? nullptr : mask, &st);
              if ((made == zeqStsOk) != (st != nullptr)) Image::fail("morphology state", "status and state disagree");

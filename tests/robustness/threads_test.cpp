@@ -14,13 +14,14 @@ namespace {
 
 constexpr int W = 83, H = 47;
 constexpr ZeqiSize kRoi{W, H};
-constexpr int kStep8 = W + 5, kStep32 = 4 * W + 12;
+constexpr int kPad8 = 5, kPad32 = 12;
 
+// Rows a few bytes longer than the region, so steps and rows differ.
 struct Inputs {
-    std::vector<uint8_t> img8 = std::vector<uint8_t>(size_t(kStep8) * H);
-    std::vector<uint8_t> img32 = std::vector<uint8_t>(size_t(kStep32) * H);
-    const Zeq8u* p8() const { return img8.data(); }
-    const Zeq32f* p32() const { return reinterpret_cast<const Zeq32f*>(img32.data()); }
+    zqt::Image<Zeq8u> img8{W, H, 1, kPad8};
+    zqt::Image<float> img32{W, H, 1, kPad32};
+    const Zeq8u* p8() const { return img8.ptr(); }
+    const Zeq32f* p32() const { return img32.ptr(); }
 };
 
 struct Specs {
@@ -55,22 +56,22 @@ const std::vector<std::pair<std::string, Job>>& jobs() {
     static const std::vector<std::pair<std::string, Job>> all = {
         {"primitives", [](const Inputs& in, const Specs&, Out& o) {
              Zeq32f* f = o.take<Zeq32f>(W * H);
-             o.status(zeqiConvert_8u32f_C1R(in.p8(), kStep8, f, 4 * W, kRoi));
+             o.status(zeqiConvert_8u32f_C1R(in.p8(), in.img8.step(), f, 4 * W, kRoi));
              o.status(zeqiThreshold_LTVal_32f_C1IR(f, 4 * W, kRoi, 60.f, -1.f));
          }},
         {"absdiff+accumulate", [](const Inputs& in, const Specs&, Out& o) {
              Zeq8u* d = o.take<Zeq8u>(W * H);
              Zeq32f* acc = o.take<Zeq32f>(W * H);
-             o.status(zeqiAbsDiff_8u_C1R(in.p8(), kStep8, in.p8() + 1, kStep8, d, W, {W - 1, H}));
+             o.status(zeqiAbsDiff_8u_C1R(in.p8(), in.img8.step(), in.p8() + 1, in.img8.step(), d, W, {W - 1, H}));
              o.status(zeqiAddSquare_8u32f_C1IR(d, W, acc, 4 * W, kRoi));
          }},
         {"statistics", [](const Inputs& in, const Specs&, Out& o) {
              Zeq64f* v = o.take<Zeq64f>(3);
              Zeq32f* mm = o.take<Zeq32f>(2);
              ZeqiPoint* at = o.take<ZeqiPoint>(2);
-             o.status(zeqiMean_StdDev_8u_C1R(in.p8(), kStep8, kRoi, v, v + 1));
-             o.status(zeqiNorm_L2_32f_C1R(in.p32(), kStep32, kRoi, v + 2, zeqAlgHintFast));
-             o.status(zeqiMinMaxIndx_8u_C1R(in.p8(), kStep8, kRoi, mm, mm + 1, at, at + 1));
+             o.status(zeqiMean_StdDev_8u_C1R(in.p8(), in.img8.step(), kRoi, v, v + 1));
+             o.status(zeqiNorm_L2_32f_C1R(in.p32(), in.img32.step(), kRoi, v + 2, zeqAlgHintFast));
+             o.status(zeqiMinMaxIndx_8u_C1R(in.p8(), in.img8.step(), kRoi, mm, mm + 1, at, at + 1));
          }},
         {"derivatives+canny", [](const Inputs& in, const Specs&, Out& o) {
              int size = 0;
@@ -78,21 +79,21 @@ const std::vector<std::pair<std::string, Job>>& jobs() {
              Zeq16s* dx = o.take<Zeq16s>(W * H);
              Zeq16s* dy = o.take<Zeq16s>(W * H);
              Zeq8u* edges = o.take<Zeq8u>(W * H);
-             o.status(zeqiSobel3x3_Dx_8u16s_C1R(in.p8(), kStep8, dx, 2 * W, kRoi));
-             o.status(zeqiSobel3x3_Dy_8u16s_C1R(in.p8(), kStep8, dy, 2 * W, 0, kRoi));
+             o.status(zeqiSobel3x3_Dx_8u16s_C1R(in.p8(), in.img8.step(), dx, 2 * W, kRoi));
+             o.status(zeqiSobel3x3_Dy_8u16s_C1R(in.p8(), in.img8.step(), dy, 2 * W, 0, kRoi));
              std::vector<Zeq8u> work(static_cast<size_t>(size));
              o.status(zeqiCanny_16s8u_C1R(dx, 2 * W, dy, 2 * W, edges, W, kRoi, 40.f, 120.f, work.data()));
          }},
         {"fast arctangent", [](const Inputs& in, const Specs&, Out& o) {
              Zeq32f* d = o.take<Zeq32f>(W);
-             o.status(zeqibFastArctan_32f(in.p32(), in.p32() + kStep32 / 4, d, W));
+             o.status(zeqibFastArctan_32f(in.p32(), in.img32.row(1), d, W));
          }},
         {"state filter", [](const Inputs& in, const Specs&, Out& o) {
              Zeq16s* d = o.take<Zeq16s>(W * H);
              ZeqiConvState* st = nullptr;
              o.status(zeqiSobelInitAlloc(W, zeq8u, 5, 0, 1, 1, &st));
              ZeqiSize roi = kRoi;
-             o.status(zeqiSobel_8u16s_C1R(in.p8(), kStep8, d, 2 * W, &roi, st, 0));
+             o.status(zeqiSobel_8u16s_C1R(in.p8(), in.img8.step(), d, 2 * W, &roi, st, 0));
              o.status(zeqiConvolFree(st));
          }},
         {"corners", [](const Inputs& in, const Specs&, Out& o) {
@@ -100,26 +101,26 @@ const std::vector<std::pair<std::string, Job>>& jobs() {
              zeqiMinEigenValGetSize(W, 3, 5, &size);
              Zeq32f* d = o.take<Zeq32f>(W * H);
              std::vector<Zeq8u> work(static_cast<size_t>(size));
-             o.status(zeqiMinEigenVal_8u32f_C1R(in.p8(), kStep8, d, 4 * W, kRoi, 3, 5, work.data()));
+             o.status(zeqiMinEigenVal_8u32f_C1R(in.p8(), in.img8.step(), d, 4 * W, kRoi, 3, 5, work.data()));
          }},
         {"pyramid", [](const Inputs& in, const Specs&, Out& o) {
              int size = 0;
              zeqiPyrDownGetBufSize_Gauss5x5(W, zeq8u, 1, &size);
              Zeq8u* d = o.take<Zeq8u>(W * H);
              std::vector<Zeq8u> work(static_cast<size_t>(size));
-             o.status(zeqiPyrDown_Gauss5x5_8u_C1R(in.p8(), kStep8, d, W, kRoi, work.data()));
+             o.status(zeqiPyrDown_Gauss5x5_8u_C1R(in.p8(), in.img8.step(), d, W, kRoi, work.data()));
          }},
         {"distance", [](const Inputs& in, const Specs&, Out& o) {
              Zeq32f* d = o.take<Zeq32f>(W * H);
              const Zeq32f metrics[2] = {1.f, 1.4f};
-             o.status(zeqiDistanceTransform_3x3_8u32f_C1R(in.p8(), kStep8, d, 4 * W, kRoi, metrics));
+             o.status(zeqiDistanceTransform_3x3_8u32f_C1R(in.p8(), in.img8.step(), d, 4 * W, kRoi, metrics));
          }},
         {"flood fill", [](const Inputs& in, const Specs&, Out& o) {
              int size = 0;
              zeqiFloodFillGetSize_Grad(kRoi, &size);
              Zeq8u* img = o.take<Zeq8u>(W * H);
              ZeqiConnectedComp* region = o.take<ZeqiConnectedComp>(1);
-             zeqiCopy_8u_C1R(in.p8(), kStep8, img, W, kRoi);
+             zeqiCopy_8u_C1R(in.p8(), in.img8.step(), img, W, kRoi);
              std::vector<Zeq8u> work(static_cast<size_t>(size));
              o.status(zeqiFloodFill_Grad4Con_8u_C1IR(img, W, kRoi, {W / 2, H / 2}, 7, 30, 30, region, work.data()));
          }},
@@ -129,30 +130,30 @@ const std::vector<std::pair<std::string, Job>>& jobs() {
              ZeqiMorphState* st = nullptr;
              o.status(zeqiMorphologyInitAlloc(W, zeq8u, 1, {5, 5}, {2, 1}, 2, nullptr, &st));
              ZeqiSize roi = kRoi;
-             o.status(zeqiDilateStrip_8u_C1R(in.p8(), kStep8, d, W, &roi, st, 0));
+             o.status(zeqiDilateStrip_8u_C1R(in.p8(), in.img8.step(), d, W, &roi, st, 0));
              o.status(zeqiMorphologyFree(st));
-             o.status(zeqiFilterMax_8u_C1R(in.p8() + 2 * kStep8 + 2, kStep8, m, W, {W - 4, H - 4}, {5, 5}, {2, 2}));
+             o.status(zeqiFilterMax_8u_C1R(in.img8.addr(2, 2), in.img8.step(), m, W, {W - 4, H - 4}, {5, 5}, {2, 2}));
          }},
         {"motion+lines", [](const Inputs& in, const Specs&, Out& o) {
              Zeq32f* mhi = o.take<Zeq32f>(W * H);
              Zeq8u* line = o.take<Zeq8u>(W);
-             o.status(zeqiUpdateMotionHistory_8u32f_C1IR(in.p8(), kStep8, mhi, 4 * W, kRoi, 5.f, 2.f));
-             o.status(zeqiSampleLine_8u_C1R(in.p8(), kStep8, kRoi, line, {W - 1, 3}, {0, H - 2}));
+             o.status(zeqiUpdateMotionHistory_8u32f_C1IR(in.p8(), in.img8.step(), mhi, 4 * W, kRoi, 5.f, 2.f));
+             o.status(zeqiSampleLine_8u_C1R(in.p8(), in.img8.step(), kRoi, line, {W - 1, 3}, {0, H - 2}));
          }},
         {"fft", [](const Inputs& in, const Specs& s, Out& o) {
              Zeq32f* d1 = o.take<Zeq32f>(128);
              Zeq32f* d2 = o.take<Zeq32f>(32 * 16);
              o.status(zeqsFFTFwd_RToPack_32f(in.p32(), d1, s.fft1, nullptr));
-             o.status(zeqiFFTFwd_RToPack_32f_C1R(in.p32(), kStep32, d2, 128, s.fft2, nullptr));
-             o.status(zeqiMulPack_32f_C1IR(in.p32(), kStep32, d2, 128, {32, 16}));
+             o.status(zeqiFFTFwd_RToPack_32f_C1R(in.p32(), in.img32.step(), d2, 128, s.fft2, nullptr));
+             o.status(zeqiMulPack_32f_C1IR(in.p32(), in.img32.step(), d2, 128, {32, 16}));
          }},
         {"matching", [](const Inputs& in, const Specs&, Out& o) {
              const ZeqiSize tpl{9, 7};
-             const Zeq8u* t = in.p8() + 20 * kStep8 + 30;
+             const Zeq8u* t = in.img8.addr(30, 20);
              Zeq32f* a = o.take<Zeq32f>(W * H);
              Zeq32f* b = o.take<Zeq32f>(W * H);
-             o.status(zeqiCrossCorrValid_Norm_8u32f_C1R(in.p8(), kStep8, kRoi, t, kStep8, tpl, a, 4 * W));
-             o.status(zeqiSqrDistanceValid_8u32f_C1R(in.p8(), kStep8, kRoi, t, kStep8, tpl, b, 4 * W));
+             o.status(zeqiCrossCorrValid_Norm_8u32f_C1R(in.p8(), in.img8.step(), kRoi, t, in.img8.step(), tpl, a, 4 * W));
+             o.status(zeqiSqrDistanceValid_8u32f_C1R(in.p8(), in.img8.step(), kRoi, t, in.img8.step(), tpl, b, 4 * W));
          }},
     };
     return all;
@@ -161,11 +162,8 @@ const std::vector<std::pair<std::string, Job>>& jobs() {
 TEST(Threads, SixteenThreadsGiveTheSingleThreadedBits) {
     Inputs shared;
     zqt::Rng rng(77);
-    for (auto& v : shared.img8) v = uint8_t(rng.uniform(0, 255));
-    for (size_t i = 0; i + 4 <= shared.img32.size(); i += 4) {
-        const float f = rng.uniformf(-300.f, 300.f);
-        std::memcpy(&shared.img32[i], &f, 4);
-    }
+    shared.img8.fillRandom(rng);
+    shared.img32.fill([&](int, int, int) { return rng.uniformf(-300.f, 300.f); });
     const Specs specs;
     ASSERT_TRUE(specs.fft1 && specs.fft2);
     const auto& all = jobs();
