@@ -8,23 +8,9 @@ namespace {
 
 using zqt::Rng;
 
-// A float array that starts `misalign` bytes past a 64-byte boundary, with
-// guard bytes on both sides.
-struct Buffer {
-    Buffer(int len, int misalign) : bytes(size_t(len) * 4 + 128 + 64, zqt::kGuardByte), len(len) {
-        const uintptr_t base = reinterpret_cast<uintptr_t>(bytes.data()) + 64;
-        offset = size_t(((base + 63) & ~uintptr_t(63)) - reinterpret_cast<uintptr_t>(bytes.data())) + size_t(misalign);
-    }
-    float* data() { return reinterpret_cast<float*>(bytes.data() + offset); }
-    bool guardsIntact() const {
-        for (size_t i = 0; i < bytes.size(); ++i)
-            if ((i < offset || i >= offset + size_t(len) * 4) && bytes[i] != zqt::kGuardByte) return false;
-        return true;
-    }
-    std::vector<uint8_t> bytes;
-    size_t offset;
-    int len;
-};
+// A float array at `misalign` bytes past a 64-byte boundary, guarded on both sides.
+using Buffer = zqt::Image<float>;
+Buffer buffer(int len, int misalign) { return Buffer(len, 1, 1, 0, misalign); }
 
 TEST(Allocator, AlignedBlocksRememberTheirRawAddress) {
     for (int len : {1, 3, 31, 32, 33, 1000, 65537}) {
@@ -55,12 +41,12 @@ TEST(VectorFill, SetZeroCopyExactlyTheirElements) {
     Rng rng(5);
     for (int iter = 0; iter < 120; ++iter) {
         const int len = iter < 70 ? iter + 1 : rng.uniform(1, 3000), mis = rng.uniform(0, 15);
-        Buffer src(len, rng.uniform(0, 15)), dst(len, mis);
-        auto* s8 = reinterpret_cast<Zeq8u*>(src.data());
+        Buffer src = buffer(len, rng.uniform(0, 15)), dst = buffer(len, mis);
+        auto* s8 = reinterpret_cast<Zeq8u*>(src.ptr());
         for (int i = 0; i < 4 * len; ++i) s8[i] = Zeq8u(rng.uniform(0, 255));
-        auto* d8 = reinterpret_cast<Zeq8u*>(dst.data());
+        auto* d8 = reinterpret_cast<Zeq8u*>(dst.ptr());
 
-        ASSERT_EQ(zeqStsOk, zeqsCopy_32f(src.data(), dst.data(), len));
+        ASSERT_EQ(zeqStsOk, zeqsCopy_32f(src.ptr(), dst.ptr(), len));
         ASSERT_EQ(0, std::memcmp(s8, d8, size_t(len) * 4));
         ASSERT_EQ(zeqStsOk, zeqsZero_16s(reinterpret_cast<Zeq16s*>(d8), len));
         for (int i = 0; i < 4 * len; ++i) ASSERT_EQ(i < 2 * len ? 0 : s8[i], d8[i]);
@@ -70,9 +56,9 @@ TEST(VectorFill, SetZeroCopyExactlyTheirElements) {
         ASSERT_EQ(zeqStsOk, zeqsCopy_8u(s8 + 2 * len, d8 + 2 * len, 2 * len));
         ASSERT_EQ(0, std::memcmp(s8, d8, size_t(len) * 4));
         ASSERT_EQ(zeqStsOk, zeqsZero_8u(d8, len));
-        ASSERT_EQ(zeqStsOk, zeqsZero_32f(dst.data() + len / 2, len - len / 2));
+        ASSERT_EQ(zeqStsOk, zeqsZero_32f(dst.ptr() + len / 2, len - len / 2));
         for (int i = 0; i < 4 * len; ++i) ASSERT_EQ(i < len || i >= 4 * (len / 2) ? 0 : s8[i], d8[i]);
-        ASSERT_TRUE(dst.guardsIntact()) << len;
+        ASSERT_TRUE(dst.outsideUntouched()) << len;
     }
 }
 
@@ -143,20 +129,21 @@ TEST(VectorDiv, MatchesGroupedReference) {
                               -std::numeric_limits<float>::infinity()};
     for (int iter = 0; iter < 200; ++iter) {
         const int len = iter < 40 ? iter + 1 : rng.uniform(1, 200);
-        Buffer d(len, 4 * rng.uniform(0, 3)), n(len, 4 * rng.uniform(0, 3)), q(len, 4 * rng.uniform(0, 3));
+        Buffer d = buffer(len, 4 * rng.uniform(0, 3)), n = buffer(len, 4 * rng.uniform(0, 3));
+        Buffer q = buffer(len, 4 * rng.uniform(0, 3));
         const double zeroChance = iter % 3 == 0 ? 0.0 : 0.05;
         for (int i = 0; i < len; ++i) {
-            d.data()[i] = rng.chance(zeroChance) ? specials[rng.uniform(0, 5)] : rng.uniformf(-100, 100);
-            n.data()[i] = rng.chance(0.05) ? specials[rng.uniform(0, 5)] : rng.uniformf(-1e4f, 1e4f);
+            d.ptr()[i] = rng.chance(zeroChance) ? specials[rng.uniform(0, 5)] : rng.uniformf(-100, 100);
+            n.ptr()[i] = rng.chance(0.05) ? specials[rng.uniform(0, 5)] : rng.uniformf(-1e4f, 1e4f);
         }
         std::vector<float> want(size_t(len) + 8);
         // The reference must see the same destination alignment.
         float* w = want.data() + ((16 - (reinterpret_cast<uintptr_t>(want.data()) & 15)) & 15) / 4 +
-                   (reinterpret_cast<uintptr_t>(q.data()) & 15) / 4;
-        const bool zero = refDivide(d.data(), n.data(), w, len);
-        ASSERT_EQ(zero ? zeqStsDivByZero : zeqStsOk, zeqsDiv_32f(d.data(), n.data(), q.data(), len));
-        for (int i = 0; i < len; ++i) ASSERT_TRUE(zqt::sameFloat(w[i], q.data()[i])) << i << " of " << len;
-        ASSERT_TRUE(q.guardsIntact());
+                   (reinterpret_cast<uintptr_t>(q.ptr()) & 15) / 4;
+        const bool zero = refDivide(d.ptr(), n.ptr(), w, len);
+        ASSERT_EQ(zero ? zeqStsDivByZero : zeqStsOk, zeqsDiv_32f(d.ptr(), n.ptr(), q.ptr(), len));
+        for (int i = 0; i < len; ++i) ASSERT_TRUE(zqt::sameFloat(w[i], q.ptr()[i])) << i << " of " << len;
+        ASSERT_TRUE(q.outsideUntouched());
     }
 }
 
@@ -191,14 +178,14 @@ TEST(VectorSqrt, MatchesGroupedReference) {
                               std::numeric_limits<float>::quiet_NaN(), 3e38f};
     for (int iter = 0; iter < 200; ++iter) {
         const int len = iter < 40 ? iter + 1 : rng.uniform(1, 200);
-        Buffer b(len, 4 * rng.uniform(0, 3));
+        Buffer b = buffer(len, 4 * rng.uniform(0, 3));
         const double odd = iter % 2 ? 0.02 : 0.0;
-        for (int i = 0; i < len; ++i) b.data()[i] = rng.chance(odd) ? specials[rng.uniform(0, 6)] : rng.uniformf(0, 1e6f);
+        for (int i = 0; i < len; ++i) b.ptr()[i] = rng.chance(odd) ? specials[rng.uniform(0, 6)] : rng.uniformf(0, 1e6f);
         std::vector<float> want(static_cast<size_t>(len));
-        const bool negative = refSqrt(b.data(), want.data(), len);
-        ASSERT_EQ(negative ? zeqStsSqrtNegArg : zeqStsOk, zeqsSqrt_32f_I(b.data(), len));
-        for (int i = 0; i < len; ++i) ASSERT_TRUE(zqt::sameFloat(want[size_t(i)], b.data()[i])) << i;
-        ASSERT_TRUE(b.guardsIntact());
+        const bool negative = refSqrt(b.ptr(), want.data(), len);
+        ASSERT_EQ(negative ? zeqStsSqrtNegArg : zeqStsOk, zeqsSqrt_32f_I(b.ptr(), len));
+        for (int i = 0; i < len; ++i) ASSERT_TRUE(zqt::sameFloat(want[size_t(i)], b.ptr()[i])) << i;
+        ASSERT_TRUE(b.outsideUntouched());
     }
 }
 
@@ -222,15 +209,15 @@ TEST(VectorSqrt, ControlWordIsRestoredAndDenormalsAreRoots) {
 TEST(VectorSqr, SquaresInSinglePrecision) {
     Rng rng(29);
     for (int len : {1, 3, 4, 7, 8, 9, 31, 64, 101}) {
-        Buffer b(len, 4 * rng.uniform(0, 3));
+        Buffer b = buffer(len, 4 * rng.uniform(0, 3));
         std::vector<float> want(static_cast<size_t>(len));
         for (int i = 0; i < len; ++i) {
-            b.data()[i] = rng.uniformf(-3e19f, 3e19f);
-            want[size_t(i)] = b.data()[i] * b.data()[i];
+            b.ptr()[i] = rng.uniformf(-3e19f, 3e19f);
+            want[size_t(i)] = b.ptr()[i] * b.ptr()[i];
         }
-        ASSERT_EQ(zeqStsOk, zeqsSqr_32f_I(b.data(), len));
-        for (int i = 0; i < len; ++i) ASSERT_TRUE(zqt::sameFloat(want[size_t(i)], b.data()[i]));
-        ASSERT_TRUE(b.guardsIntact());
+        ASSERT_EQ(zeqStsOk, zeqsSqr_32f_I(b.ptr(), len));
+        for (int i = 0; i < len; ++i) ASSERT_TRUE(zqt::sameFloat(want[size_t(i)], b.ptr()[i]));
+        ASSERT_TRUE(b.outsideUntouched());
     }
 }
 
