@@ -264,58 +264,55 @@ TEST(SumNorm, StatusesInOrder) {
 
 // ---- thresholds ----
 
+// The clamps keep the packed minimum and maximum's operand order (which NaN or
+// zero survives); the value forms replace what lies strictly beyond.
 float refClamp(float x, float t, bool greater) { return greater ? (x < t ? x : t) : (x > t ? x : t); }
+float refReplace(float x, float t, float v, bool greater) { return (greater ? x > t : x < t) ? v : x; }
 
-TEST(Threshold, ClampsLikePackedMinMax) {
+// Every form, out of place and in place, over random images with NaN and zeros.
+TEST(Threshold, EveryFormFollowsItsRule) {
     Rng rng(59);
+    const float specials[] = {kNaN, 0.0f, -0.0f, 1.0f};
     for (int iter = 0; iter < 20; ++iter) {
         const int w = rng.uniform(1, 50), h = rng.uniform(1, 4);
-        Image<float> s(w, h, 1, rng.uniform(0, 8), 4 * rng.uniform(0, 3)), d(w, h, 1, rng.uniform(0, 8));
-        const float specials[] = {kNaN, 0.0f, -0.0f, 5.0f};
+        Image<float> s(w, h, 1, rng.uniform(0, 8), 4 * rng.uniform(0, 3));
         s.fill([&](int, int, int) { return rng.chance(0.2) ? specials[rng.uniform(0, 3)] : rng.uniformf(-10, 10); });
-        const float t = iter % 2 ? 0.0f : rng.uniformf(-5, 5);
-        for (int op : {0, 4}) {
-            ASSERT_EQ(zeqStsOk, zeqiThreshold_32f_C1R(s.ptr(), s.step(), d.ptr(), d.step(), s.size(), t, op));
+        const float t = iter % 2 ? 0.0f : iter % 4 ? 1.0f : rng.uniformf(-5, 5), v = 9.0f;
+        const float *sp = s.ptr();
+        const int ss = s.step();
+        const ZeqiSize r = s.size();
+        struct Form {
+            std::function<ZeqStatus(float*, int)> run;  // into d, or on d holding a copy of s
+            std::function<float(float)> rule;
+            bool inPlace;
+        };
+        const Form forms[] = {
+            {[&](float* d, int ds) { return zeqiThreshold_32f_C1R(sp, ss, d, ds, r, t, 0); }, [&](float x) { return refClamp(x, t, false); }, false},
+            {[&](float* d, int ds) { return zeqiThreshold_32f_C1R(sp, ss, d, ds, r, t, 4); }, [&](float x) { return refClamp(x, t, true); }, false},
+            {[&](float* d, int ds) { return zeqiThreshold_LT_32f_C1R(sp, ss, d, ds, r, t); }, [&](float x) { return refClamp(x, t, false); }, false},
+            {[&](float* d, int ds) { return zeqiThreshold_LT_32f_C1IR(d, ds, r, t); }, [&](float x) { return refClamp(x, t, false); }, true},
+            {[&](float* d, int ds) { return zeqiThreshold_Val_32f_C1R(sp, ss, d, ds, r, t, v, 0); }, [&](float x) { return refReplace(x, t, v, false); }, false},
+            {[&](float* d, int ds) { return zeqiThreshold_Val_32f_C1R(sp, ss, d, ds, r, t, v, 4); }, [&](float x) { return refReplace(x, t, v, true); }, false},
+            {[&](float* d, int ds) { return zeqiThreshold_LTVal_32f_C1R(sp, ss, d, ds, r, t, v); }, [&](float x) { return refReplace(x, t, v, false); }, false},
+            {[&](float* d, int ds) { return zeqiThreshold_LTVal_32f_C1IR(d, ds, r, t, v); }, [&](float x) { return refReplace(x, t, v, false); }, true},
+        };
+        for (const Form& f : forms) {
+            Image<float> d(w, h, 1, rng.uniform(0, 8));
+            if (f.inPlace) d.fill([&](int x, int y, int) { return s.at(x, y); });
+            ASSERT_EQ(zeqStsOk, f.run(d.ptr(), d.step()));
             Image<float> want(w, h);
-            want.fill([&](int x, int y, int) { return refClamp(s.at(x, y), t, op == 4); });
-            ASSERT_TRUE(zqt::sameImage(d, want));
+            want.fill([&](int x, int y, int) { return f.rule(s.at(x, y)); });
+            ASSERT_TRUE(zqt::sameImage(d, want)) << "form " << &f - forms << ", t " << t;
             ASSERT_TRUE(d.outsideUntouched());
         }
-        ASSERT_EQ(zeqStsOk, zeqiThreshold_LT_32f_C1R(s.ptr(), s.step(), d.ptr(), d.step(), s.size(), t));
-        Image<float> want(w, h);
-        want.fill([&](int x, int y, int) { return refClamp(s.at(x, y), t, false); });
-        ASSERT_TRUE(zqt::sameImage(d, want));
-        ASSERT_EQ(zeqStsOk, zeqiThreshold_LT_32f_C1IR(s.ptr(), s.step(), s.size(), t));
-        ASSERT_TRUE(zqt::sameImage(s, want));
     }
+    // By hand: which zero or NaN the clamps keep.
     float v[4] = {kNaN, -0.0f, 0.0f, -1.0f}, out[4];
     ASSERT_EQ(zeqStsOk, zeqiThreshold_32f_C1R(v, 16, out, 16, {4, 1}, 0.0f, 0));
     for (float o : out) EXPECT_EQ(0u, zqt::bitsOf(o));
     ASSERT_EQ(zeqStsOk, zeqiThreshold_32f_C1R(v, 16, out, 16, {4, 1}, -0.0f, 4));
     for (int i = 0; i < 3; ++i) EXPECT_EQ(0x80000000u, zqt::bitsOf(out[i]));
     EXPECT_EQ(-1.0f, out[3]);
-}
-
-TEST(Threshold, ReplacesStrictlyBeyondWithValue) {
-    Rng rng(61);
-    Image<float> s(37, 3, 1, 7, 4), d(37, 3, 1, 3);
-    s.fill([&](int x, int, int) { return x % 7 == 0 ? 1.0f : x % 11 == 0 ? kNaN : rng.uniformf(-3, 3); });
-    for (int op : {0, 4}) {
-        ASSERT_EQ(zeqStsOk, zeqiThreshold_Val_32f_C1R(s.ptr(), s.step(), d.ptr(), d.step(), s.size(), 1.0f, 9.0f, op));
-        Image<float> want(37, 3);
-        want.fill([&](int x, int y, int) {
-            const float v = s.at(x, y);
-            return (op == 4 ? v > 1.0f : v < 1.0f) ? 9.0f : v;
-        });
-        ASSERT_TRUE(zqt::sameImage(d, want));
-        ASSERT_TRUE(d.outsideUntouched());
-        if (op == 0) {
-            ASSERT_EQ(zeqStsOk, zeqiThreshold_LTVal_32f_C1R(s.ptr(), s.step(), d.ptr(), d.step(), s.size(), 1.0f, 9.0f));
-            ASSERT_TRUE(zqt::sameImage(d, want));
-            ASSERT_EQ(zeqStsOk, zeqiThreshold_LTVal_32f_C1IR(s.ptr(), s.step(), s.size(), 1.0f, 9.0f));
-            ASSERT_TRUE(zqt::sameImage(s, want));
-        }
-    }
 }
 
 TEST(Threshold, ComparisonCodeChecks) {
