@@ -170,15 +170,10 @@ void unitsOf(const Taps<W>& t, unsigned& plus, unsigned& minus) {
         }
 }
 
-// Runs f with the shape of t: a known one, else its count with every tap
-// weighted.
-template <class W, class F, class... S>
-inline void withShape(const Taps<W>& t, F f, ShapeList<S...>) {
-    unsigned plus, minus;
-    unitsOf(t, plus, minus);
-    const bool known = ((S::k == t.n && S::plus == plus && S::minus == minus ? (f(S()), true) : false) || ...);
-    if (known) return;
-    switch (t.n) {
+// Runs f with the count of t, every tap weighted.
+template <class F>
+inline void withCount(int n, F f) {
+    switch (n) {
     case 1: return f(Shape<1>());
     case 2: return f(Shape<2>());
     case 3: return f(Shape<3>());
@@ -187,6 +182,15 @@ inline void withShape(const Taps<W>& t, F f, ShapeList<S...>) {
     case 6: return f(Shape<6>());
     default: return f(Shape<7>());
     }
+}
+
+// Runs f with the shape of t: a known one, else its count.
+template <class W, class F, class... S>
+inline void withShape(const Taps<W>& t, F f, ShapeList<S...>) {
+    unsigned plus, minus;
+    unitsOf(t, plus, minus);
+    const bool known = ((S::k == t.n && S::plus == plus && S::minus == minus ? (f(S()), true) : false) || ...);
+    if (!known) withCount(t.n, f);
 }
 
 template <class W, class F>
@@ -244,43 +248,38 @@ inline void storeVec(D* p, V v) {
     }
 }
 
-}  // namespace
 
-namespace zq {
-
-// Flattened: every lambda and helper below is inlined, so the vectors of
-// the wider tiers stay in registers.
-template <Isa I, class T, class W>
-__attribute__((flatten)) void ownConvRow(const T* src, int width, const Taps<W>& taps, W* out) {
+// One row pass for one shape of taps. Flattened: every lambda and helper
+// is inlined, so the vectors of the wider tiers stay in registers. A
+// function per shape, not one for all: the compiler's time grows faster
+// than the size of the function it optimises.
+template <Isa I, class T, class W, class S>
+__attribute__((flatten, noinline)) void convRowShaped(const T* src, int width, const Taps<W>& taps, W* out,
+                                                      int reach) {
     constexpr int N = isaBytes(I) / int(sizeof(W));
     using V = typename VecOf<W, N>::type;
-    int reach = 0;  // the farthest tap from the centre
-    for (int i = 0; i < taps.n; ++i) reach = std::max(reach, std::abs(taps.offset[i]));
-    withTaps(taps, [&](auto shape) {
-        using S = decltype(shape);
-        const Local<S::k, W> ts(taps);
-        const Local<S::k, V> tv(taps);
-        auto scalarAt = [&](int x) {
-            zq::storeu(out + x, sumTaps<S>(ts, [&](int i) {
-                return W(zq::loadu(src + std::min(std::max(x + ts.off[i], 0), width - 1)));
-            }));
-        };
-        const int left = std::min(reach, width);
-        for (int x = 0; x < left; ++x) scalarAt(x);
-        int x = left;
-        auto vectorAt = [&](int x) {
-            const V v = sumTaps<S>(tv, [&](int i) { return loadAs<W, N>(src + x + tv.off[i]); });
-            __builtin_memcpy(out + x, &v, sizeof v);
-        };
-        for (; x + N <= width - reach; x += N) vectorAt(x);
-        // The pixels short of a whole register before the right edge: one
-        // more register ending there, rewriting some with the same values.
-        if (x > left && x < width - reach) {
-            vectorAt(width - reach - N);
-            x = width - reach;
-        }
-        for (; x < width; ++x) scalarAt(x);
-    });
+    const Local<S::k, W> ts(taps);
+    const Local<S::k, V> tv(taps);
+    auto scalarAt = [&](int x) {
+        zq::storeu(out + x, sumTaps<S>(ts, [&](int i) {
+            return W(zq::loadu(src + std::min(std::max(x + ts.off[i], 0), width - 1)));
+        }));
+    };
+    const int left = std::min(reach, width);
+    for (int x = 0; x < left; ++x) scalarAt(x);
+    int x = left;
+    auto vectorAt = [&](int x) {
+        const V v = sumTaps<S>(tv, [&](int i) { return loadAs<W, N>(src + x + tv.off[i]); });
+        __builtin_memcpy(out + x, &v, sizeof v);
+    };
+    for (; x + N <= width - reach; x += N) vectorAt(x);
+    // The pixels short of a whole register before the right edge: one
+    // more register ending there, rewriting some with the same values.
+    if (x > left && x < width - reach) {
+        vectorAt(width - reach - N);
+        x = width - reach;
+    }
+    for (; x < width; ++x) scalarAt(x);
 }
 
 // The second set of taps of a column pass: none, or one whose shape is
@@ -295,51 +294,70 @@ bool hasShape(const Taps<W>& t, S) {
     return t.n == S::k && plus == S::plus && minus == S::minus;
 }
 
-template <Isa I, class W, class D>
-__attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& taps, const W* const* rows2,
-                                         const Taps<W>* taps2, int k2, D* out, int width, bool stream) {
+// One column pass for one shape of each set of taps, flattened as the row
+// pass is.
+template <Isa I, class W, class D, class S, class S2, bool Stream>
+__attribute__((flatten, noinline)) void convColShaped(const W* const* rows, const Taps<W>& taps,
+                                                      const W* const* rows2, const Taps<W>* taps2, int k2, D* out,
+                                                      int width) {
     constexpr int N = isaBytes(I) / int(sizeof(W));
     using V = typename VecOf<W, N>::type;
-    auto go = [&](auto shape, auto shape2, auto streamed) {
+    constexpr bool fixed2 = !std::is_same<S2, NoSet>::value && !std::is_same<S2, RuntimeSet>::value;
+    using T2 = typename std::conditional<fixed2, S2, Shape<1>>::type;
+    const Local<S::k, W> ts(taps);
+    const Local<S::k, V> tv(taps);
+    const Local<T2::k, W> ts2(fixed2 ? *taps2 : taps);
+    const Local<T2::k, V> tv2(fixed2 ? *taps2 : taps);
+    const W* p[S::k];
+    const W* p2[T2::k];
+    for (int i = 0; i < S::k; ++i) p[i] = rows[k2 + ts.off[i]];
+    for (int i = 0; i < T2::k; ++i) p2[i] = fixed2 ? rows2[k2 + ts2.off[i]] : nullptr;
+    auto sumAt = [&](auto tag, int x) {
+        using R = typename decltype(tag)::type;
+        constexpr bool lanes = !std::is_same<R, W>::value;
+        auto load = [&](const W* r) {
+            if constexpr (lanes) return loadAs<W, N>(r + x);
+            else return zq::loadu(r + x);
+        };
+        R acc;
+        if constexpr (lanes) acc = sumTaps<S>(tv, [&](int i) { return load(p[i]); });
+        else acc = sumTaps<S>(ts, [&](int i) { return load(p[i]); });
+        if constexpr (fixed2) {
+            if constexpr (lanes) acc = acc + sumTaps<T2>(tv2, [&](int i) { return load(p2[i]); });
+            else acc = R(acc + sumTaps<T2>(ts2, [&](int i) { return load(p2[i]); }));
+        } else if constexpr (std::is_same<S2, RuntimeSet>::value) {
+            acc = R(acc + sumTapsN<R>(*taps2, [&](int o) { return load(rows2[k2 + o]); }));
+        }
+        return acc;
+    };
+    int x = 0;
+    for (; x + N <= width; x += N) storeVec<D, N, Stream>(out + x, sumAt(std::common_type<V>(), x));
+    for (; x < width; ++x) storeOne(out + x, sumAt(std::common_type<W>(), x));
+}
+
+}  // namespace
+
+namespace zq {
+
+template <Isa I, class T, class W>
+void ownConvRow(const T* src, int width, const Taps<W>& taps, W* out) {
+    int reach = 0;  // the farthest tap from the centre
+    for (int i = 0; i < taps.n; ++i) reach = std::max(reach, std::abs(taps.offset[i]));
+    withTaps(taps, [&](auto shape) { convRowShaped<I, T, W, decltype(shape)>(src, width, taps, out, reach); });
+}
+
+template <Isa I, class W, class D>
+void ownConvCol(const W* const* rows, const Taps<W>& taps, const W* const* rows2, const Taps<W>* taps2, int k2,
+                D* out, int width, bool stream) {
+    constexpr int N = isaBytes(I) / int(sizeof(W));
+    auto withStream = [&](auto shape, auto shape2) {
         using S = decltype(shape);
         using S2 = decltype(shape2);
-        constexpr bool fixed2 = !std::is_same<S2, NoSet>::value && !std::is_same<S2, RuntimeSet>::value;
-        using T2 = typename std::conditional<fixed2, S2, Shape<1>>::type;
-        const Local<S::k, W> ts(taps);
-        const Local<S::k, V> tv(taps);
-        const Local<T2::k, W> ts2(fixed2 ? *taps2 : taps);
-        const Local<T2::k, V> tv2(fixed2 ? *taps2 : taps);
-        const W* p[S::k];
-        const W* p2[T2::k];
-        for (int i = 0; i < S::k; ++i) p[i] = rows[k2 + ts.off[i]];
-        for (int i = 0; i < T2::k; ++i) p2[i] = fixed2 ? rows2[k2 + ts2.off[i]] : nullptr;
-        auto sumAt = [&](auto tag, int x) {
-            using R = typename decltype(tag)::type;
-            constexpr bool lanes = !std::is_same<R, W>::value;
-            auto load = [&](const W* r) {
-                if constexpr (lanes) return loadAs<W, N>(r + x);
-                else return zq::loadu(r + x);
-            };
-            R acc;
-            if constexpr (lanes) acc = sumTaps<S>(tv, [&](int i) { return load(p[i]); });
-            else acc = sumTaps<S>(ts, [&](int i) { return load(p[i]); });
-            if constexpr (fixed2) {
-                if constexpr (lanes) acc = acc + sumTaps<T2>(tv2, [&](int i) { return load(p2[i]); });
-                else acc = R(acc + sumTaps<T2>(ts2, [&](int i) { return load(p2[i]); }));
-            } else if constexpr (std::is_same<S2, RuntimeSet>::value) {
-                acc = R(acc + sumTapsN<R>(*taps2, [&](int o) { return load(rows2[k2 + o]); }));
-            }
-            return acc;
-        };
-        int x = 0;
-        for (; x + N <= width; x += N)
-            storeVec<D, N, decltype(streamed)::value>(out + x, sumAt(std::common_type<V>(), x));
-        for (; x < width; ++x) storeOne(out + x, sumAt(std::common_type<W>(), x));
-    };
-    auto withStream = [&](auto shape, auto shape2) {
         // 16-bit results of the baseline come 8 bytes at a time, too few to stream.
-        if (stream && (N > 4 || sizeof(D) == 4)) go(shape, shape2, std::true_type());
-        else go(shape, shape2, std::false_type());
+        if (stream && (N > 4 || sizeof(D) == 4))
+            convColShaped<I, W, D, S, S2, true>(rows, taps, rows2, taps2, k2, out, width);
+        else
+            convColShaped<I, W, D, S, S2, false>(rows, taps, rows2, taps2, k2, out, width);
     };
     if (taps2 == nullptr) return withTaps(taps, [&](auto shape) { withStream(shape, NoSet()); });
     // The pairs the Laplace kernels make across rows: smoothing, then the
@@ -352,7 +370,7 @@ __attribute__((flatten)) void ownConvCol(const W* const* rows, const Taps<W>& ta
     if (hasShape(taps, Smooth3()) && hasShape(*taps2, Second3())) return withStream(Smooth3(), Second3());
     if (hasShape(taps, Smooth5()) && hasShape(*taps2, Second3())) return withStream(Smooth5(), Second3());
     if (hasShape(taps, Smooth7()) && hasShape(*taps2, Second7())) return withStream(Smooth7(), Second7());
-    withTaps(taps, [&](auto shape) { withStream(shape, RuntimeSet()); });
+    withCount(taps.n, [&](auto shape) { withStream(shape, RuntimeSet()); });
 }
 
 template void ownConvRow<ZQ_ISA, Zeq8u, int16_t>(const Zeq8u*, int, const Taps<int16_t>&, int16_t*);
