@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <numeric>
 #include <type_traits>
 #include <utility>
 
@@ -434,7 +435,17 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
     const int len = w * c, extLen = (w + mw - 1) * c;
     const bool rect = s.kind != kMorphMask;
     const bool starts = stripFlag == 0 || stripFlag == 1, ends = stripFlag == 0 || stripFlag == 2;
-    auto slot = [&](int k) { return reinterpret_cast<E*>(s.buffer + ptrdiff_t(s.rowBytes) * k); };
+    // Rectangles use mh + 1 of the 2 mh row slots the state has room for:
+    // when they fit, on cache-line boundaries, since every vector of the
+    // ring is loaded and stored again.
+    Zeq8u* base = s.buffer;
+    ptrdiff_t pitch = s.rowBytes;
+    if (rect) {
+        const ptrdiff_t lines = (pitch + 63) & ~63, skip = -reinterpret_cast<uintptr_t>(base) & 63;
+        const ptrdiff_t room = std::max(2 * ptrdiff_t(mh) * s.rowBytes, ptrdiff_t(c) * mh * ptrdiff_t(sizeof(E)));
+        if (skip + (mh + 1) * lines <= room) base += skip, pitch = lines;
+    }
+    auto slot = [&](int k) { return reinterpret_cast<E*>(base + pitch * k); };
     const size_t slotBytes = size_t(rect ? len : extLen) * sizeof(E);
 
     MaskPlan plan;
@@ -453,6 +464,34 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         for (int x = 0; x < ax; ++x) std::memcpy(ext + ptrdiff_t(x) * c, mid, size_t(c) * sizeof(E));
         for (int x = 0; x < s.right; ++x)
             std::memcpy(mid + ptrdiff_t(w + x) * c, mid + ptrdiff_t(w - 1) * c, size_t(c) * sizeof(E));
+    };
+
+    // The row pass of a source row: pass(s, i, l) folds elements i..i+l-1 of
+    // the bordered row, s pointing at element i. 8u rows well over a mask
+    // wide go straight from the caller's row in the middle and from short
+    // bordered copies at the edges, sparing a copy of the whole row. The
+    // pieces meet at cache-line boundaries: a line written both by streamed
+    // and by ordinary stores is read back from memory first.
+    auto rowPass = [&](const T* row, E* ext, auto pass) {
+        if constexpr (!keys) {
+            const int lo = (ax * c + 63) & ~63, hi = (w - s.right) * c & ~63;
+            if (w >= mw + 64 && lo < hi) {
+                auto repeat = [&](E* to, const T* pixel, int times) {
+                    for (int x = 0; x < times; ++x) std::memcpy(to + ptrdiff_t(x) * c, pixel, size_t(c));
+                };
+                repeat(ext, row, ax);
+                std::memcpy(ext + ax * c, row, size_t(lo + (mw - 1 - ax) * c));
+                pass(ext, 0, lo);
+                pass(row + (lo - ax * c), lo, hi - lo);
+                const int tail = len - (hi - ax * c);  // row elements from the one under element hi
+                std::memcpy(ext, row + (hi - ax * c), size_t(tail));
+                repeat(ext + tail, row + len - c, s.right);
+                pass(ext, hi, len - hi);
+                return;
+            }
+        }
+        extend(row, ext);
+        pass(ext, 0, len);
     };
 
     // The ring holds the window rows of the next output row, oldest at `first`.
@@ -501,7 +540,7 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         E* target = ring(count);
         if (row == nullptr) std::memcpy(target, ring(count - 1), slotBytes);
         else if (!rect) extend(row, target);
-        else extend(row, ext), foldAlong<P>(ext, len, c, mw, target);
+        else rowPass(row, ext, [&](const E* from, int i, int l) { foldAlong<P>(from, l, c, mw, target + i); });
         ++count;
     };
     const bool stream = streams(dst, dstStep, int64_t(len) * sizeof(E) * n);
@@ -515,8 +554,8 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         if (row == nullptr) {
             pairTail<P, O>(ring(mh - 1), c, 1, ring(0), out1, len);
         } else {
-            extend(row, ext);
-            pairTail<P, O>(ext, c, mw, ring(0), out1, len);
+            E* mid = ring(0);
+            rowPass(row, ext, [&](const E* from, int i, int l) { pairTail<P, O>(from, c, mw, mid + i, out1 + i, l); });
         }
         produced += 2;
         first = (first + 2) % mh;  // the slot of the oldest row now holds the newest
@@ -547,9 +586,15 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
     if (count == mh) emit();
     if (stream) _mm_sfence();
     if (!ends && first != 0) {
-        // The next strip finds the carried window rows in ring order from slot 0.
-        for (int k = 0; k < count; ++k) std::memcpy(slot(mh + k), ring(k), slotBytes);
-        for (int k = 0; k < count; ++k) std::memcpy(slot(k), slot(mh + k), slotBytes);
+        // The next strip finds the carried window rows in ring order from
+        // slot 0: the ring turned by `first` slots, in cycles through slot mh.
+        for (int start = 0, g = std::gcd(mh, first); start < g; ++start) {
+            std::memcpy(ext, slot(start), slotBytes);
+            int k = start;
+            for (int from = (k + first) % mh; from != start; k = from, from = (k + first) % mh)
+                std::memcpy(slot(k), slot(from), slotBytes);
+            std::memcpy(slot(k), ext, slotBytes);
+        }
     }
     roi->height = produced;
 }
