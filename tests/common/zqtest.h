@@ -70,6 +70,7 @@ public:
     class Ref {
     public:
         explicit Ref(T* p) : p_(p) {}
+        Ref(const Ref&) = default;
         operator T() const { return load(p_); }
         Ref& operator=(T v) {
             std::memcpy(p_, &v, sizeof(T));
