@@ -117,10 +117,38 @@ inline void overRow(int len, Vec at, One one) {
     for (int i = 0; i < len; ++i) one(i);
 }
 
+// Notes whether a fold result it is shown is NaN: the float minimum and
+// maximum filters ask it of every row pass, while the pass still holds the
+// values in registers. The default notes nothing.
+template <class P, bool On = false>
+struct NaNWatch {
+    template <class V>
+    void vec(V) {}
+    template <class V>
+    void one(V) {}
+    bool seen() const { return false; }
+};
+
+template <class P>
+struct NaNWatch<P, true> {
+    using R = typename P::R;
+    typename P::V ordered = R::casti_f(R::set1_32(-1));
+    bool scalarNaN = false;
+    void vec(typename P::V v) { ordered = R::andf(ordered, R::cmpeq(v, v)); }
+    void one(float v) { scalarNaN |= v != v; }
+    bool seen() const {
+        int32_t lanes[P::n];
+        R::store(lanes, R::castf_i(ordered));
+        for (int j = 0; j < P::n; ++j)
+            if (lanes[j] != -1) return true;
+        return scalarNaN;
+    }
+};
+
 // out[i] = s[i] op s[i + stride] op ... (K elements, or count when K is 0),
 // i < len; out never overlaps s.
-template <class P, int K, class E>
-void foldAlongK(const E* s, int len, int stride, int count, E* out) {
+template <class P, int K, class E, class W>
+void foldAlongK(const E* s, int len, int stride, int count, E* out, W& watch) {
     const int n = K ? K : count;
     overRow<P>(
         len,
@@ -128,27 +156,29 @@ void foldAlongK(const E* s, int len, int stride, int count, E* out) {
             auto acc = P::load(s + i);
             for (int k = 1; k < n; ++k) acc = P::op(acc, P::load(s + i + ptrdiff_t(k) * stride));
             P::store(out + i, acc);
+            watch.vec(acc);
         },
         [&](int i) {
             E acc = zq::loadu(s + i);
             for (int k = 1; k < n; ++k) acc = P::op(acc, zq::loadu(s + i + ptrdiff_t(k) * stride));
             zq::storeu(out + i, acc);
+            watch.one(acc);
         });
 }
 
-template <class P, class E>
-void foldAlong(const E* s, int len, int stride, int count, E* out) {
+template <class P, class E, class W = NaNWatch<P>>
+void foldAlong(const E* s, int len, int stride, int count, E* out, W&& watch = W()) {
     switch (count) {
-    case 1: return foldAlongK<P, 1>(s, len, stride, count, out);
-    case 2: return foldAlongK<P, 2>(s, len, stride, count, out);
-    case 3: return foldAlongK<P, 3>(s, len, stride, count, out);
-    case 4: return foldAlongK<P, 4>(s, len, stride, count, out);
-    case 5: return foldAlongK<P, 5>(s, len, stride, count, out);
-    case 6: return foldAlongK<P, 6>(s, len, stride, count, out);
-    case 7: return foldAlongK<P, 7>(s, len, stride, count, out);
-    case 8: return foldAlongK<P, 8>(s, len, stride, count, out);
-    case 9: return foldAlongK<P, 9>(s, len, stride, count, out);
-    default: return foldAlongK<P, 0>(s, len, stride, count, out);
+    case 1: return foldAlongK<P, 1>(s, len, stride, count, out, watch);
+    case 2: return foldAlongK<P, 2>(s, len, stride, count, out, watch);
+    case 3: return foldAlongK<P, 3>(s, len, stride, count, out, watch);
+    case 4: return foldAlongK<P, 4>(s, len, stride, count, out, watch);
+    case 5: return foldAlongK<P, 5>(s, len, stride, count, out, watch);
+    case 6: return foldAlongK<P, 6>(s, len, stride, count, out, watch);
+    case 7: return foldAlongK<P, 7>(s, len, stride, count, out, watch);
+    case 8: return foldAlongK<P, 8>(s, len, stride, count, out, watch);
+    case 9: return foldAlongK<P, 9>(s, len, stride, count, out, watch);
+    default: return foldAlongK<P, 0>(s, len, stride, count, out, watch);
     }
 }
 
@@ -262,8 +292,8 @@ void pairHead(E* const* rows, int k, E* out0, int len) {
     pairHeadAny<P, O>(rows, k, out0, len, std::make_integer_sequence<int, kChunk - 1>());
 }
 
-template <class P, class O, int K, class E>
-void pairTailK(const E* s, int stride, int count, E* mid, E* out1, int len) {
+template <class P, class O, int K, class E, class W>
+void pairTailK(const E* s, int stride, int count, E* mid, E* out1, int len, W& watch) {
     const int n = K ? K : count;
     int i = 0;
     for (; i + P::n <= len; i += P::n) {
@@ -271,51 +301,33 @@ void pairTailK(const E* s, int stride, int count, E* mid, E* out1, int len) {
         for (int k = 1; k < n; ++k) acc = P::op(acc, P::load(s + i + ptrdiff_t(k) * stride));
         O::vec(out1 + i, P::op(P::load(mid + i), acc));
         P::store(mid + i, acc);
+        watch.vec(acc);
     }
     for (; i < len; ++i) {
         E acc = zq::loadu(s + i);
         for (int k = 1; k < n; ++k) acc = P::op(acc, zq::loadu(s + i + ptrdiff_t(k) * stride));
         O::one(out1 + i, P::op(mid[i], acc));
         mid[i] = acc;
+        watch.one(acc);
     }
 }
 
 // The second pass: s is the next row, folded along `count` elements
 // `stride` apart.
-template <class P, class O, class E>
-void pairTail(const E* s, int stride, int count, E* mid, E* out1, int len) {
+template <class P, class O, class E, class W = NaNWatch<P>>
+void pairTail(const E* s, int stride, int count, E* mid, E* out1, int len, W&& watch = W()) {
     switch (count) {
-    case 1: return pairTailK<P, O, 1>(s, stride, count, mid, out1, len);
-    case 2: return pairTailK<P, O, 2>(s, stride, count, mid, out1, len);
-    case 3: return pairTailK<P, O, 3>(s, stride, count, mid, out1, len);
-    case 4: return pairTailK<P, O, 4>(s, stride, count, mid, out1, len);
-    case 5: return pairTailK<P, O, 5>(s, stride, count, mid, out1, len);
-    case 6: return pairTailK<P, O, 6>(s, stride, count, mid, out1, len);
-    case 7: return pairTailK<P, O, 7>(s, stride, count, mid, out1, len);
-    case 8: return pairTailK<P, O, 8>(s, stride, count, mid, out1, len);
-    case 9: return pairTailK<P, O, 9>(s, stride, count, mid, out1, len);
-    default: return pairTailK<P, O, 0>(s, stride, count, mid, out1, len);
+    case 1: return pairTailK<P, O, 1>(s, stride, count, mid, out1, len, watch);
+    case 2: return pairTailK<P, O, 2>(s, stride, count, mid, out1, len, watch);
+    case 3: return pairTailK<P, O, 3>(s, stride, count, mid, out1, len, watch);
+    case 4: return pairTailK<P, O, 4>(s, stride, count, mid, out1, len, watch);
+    case 5: return pairTailK<P, O, 5>(s, stride, count, mid, out1, len, watch);
+    case 6: return pairTailK<P, O, 6>(s, stride, count, mid, out1, len, watch);
+    case 7: return pairTailK<P, O, 7>(s, stride, count, mid, out1, len, watch);
+    case 8: return pairTailK<P, O, 8>(s, stride, count, mid, out1, len, watch);
+    case 9: return pairTailK<P, O, 9>(s, stride, count, mid, out1, len, watch);
+    default: return pairTailK<P, O, 0>(s, stride, count, mid, out1, len, watch);
     }
-}
-
-// Whether a float row holds a NaN.
-template <Isa I>
-bool hasNaN(const float* row, int len) {
-    using R = zq::Regs<I>;
-    constexpr int n = R::bytes / 4;
-    auto ordered = R::casti_f(R::set1_32(-1));
-    int i = 0;
-    for (; i + n <= len; i += n) {
-        const auto v = R::loadf(row + i);
-        ordered = R::andf(ordered, R::cmpeq(v, v));
-    }
-    int32_t lanes[n];
-    R::store(lanes, R::castf_i(ordered));
-    for (int j = 0; j < n; ++j)
-        if (lanes[j] != -1) return true;
-    for (; i < len; ++i)
-        if (row[i] != row[i]) return true;
-    return false;
 }
 
 // Folds any number of rows, in the order they are added, into out.
@@ -644,9 +656,9 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
         auto dstRow = [&](int y) { return zq::row(dst, dstStep, y) + x0; };
         bool nan[kChunk] = {};
         auto rowPass = [&](int k) {
-            foldAlong<P>(srcRow(k), bl, channels, mw, slot(k));
-            if constexpr (std::is_same<T, float>::value)
-                if (pairs) nan[k % mh] = hasNaN<I>(slot(k), bl);
+            NaNWatch<P, std::is_same<T, float>::value> watch;
+            foldAlong<P>(srcRow(k), bl, channels, mw, slot(k), watch);
+            nan[k % mh] = watch.seen();
         };
         for (int k = 0; k < mh - 1; ++k) rowPass(k);
         T* rows[kChunk];
@@ -657,14 +669,15 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
             if (pair) {
                 for (int k = 0; k < mh; ++k) rows[k] = slot(y + k);
                 // The slot of row y, now the shared fold, receives row y + mh.
+                NaNWatch<P, std::is_same<T, float>::value> watch;
                 if (stream) {
                     pairHead<P, Out<P, true, false>>(rows, mh, dstRow(y), bl);
-                    pairTail<P, Out<P, true, false>>(srcRow(y + mh), channels, mw, slot(y), dstRow(y + 1), bl);
+                    pairTail<P, Out<P, true, false>>(srcRow(y + mh), channels, mw, slot(y), dstRow(y + 1), bl, watch);
                 } else {
                     pairHead<P, Out<P, false, false>>(rows, mh, dstRow(y), bl);
-                    pairTail<P, Out<P, false, false>>(srcRow(y + mh), channels, mw, slot(y), dstRow(y + 1), bl);
+                    pairTail<P, Out<P, false, false>>(srcRow(y + mh), channels, mw, slot(y), dstRow(y + 1), bl, watch);
                 }
-                if constexpr (std::is_same<T, float>::value) nan[y % mh] = hasNaN<I>(slot(y), bl);
+                nan[y % mh] = watch.seen();
                 y += 2;
             } else {
                 Folder<P, T> fold(dstRow(y), bl);
