@@ -488,15 +488,20 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         if constexpr (!keys) {
             const int lo = (ax * c + 63) & ~63, hi = (w - s.right) * c & ~63;
             if (w >= mw + 64 && lo < hi) {
+                // Copies of a few dozen bytes, inline: a library call each
+                // would cost as much as the pass over the row.
                 auto repeat = [&](E* to, const T* pixel, int times) {
-                    for (int x = 0; x < times; ++x) std::memcpy(to + ptrdiff_t(x) * c, pixel, size_t(c));
+                    for (int j = 0; j < times * c; ++j) to[j] = pixel[j % c];
+                };
+                auto copy = [&](E* to, const T* from, int n) {
+                    overRow<P>(n, [&](int i) { P::store(to + i, P::load(from + i)); }, [&](int i) { to[i] = from[i]; });
                 };
                 repeat(ext, row, ax);
-                std::memcpy(ext + ax * c, row, size_t(lo + (mw - 1 - ax) * c));
+                copy(ext + ax * c, row, lo + (mw - 1 - ax) * c);
                 pass(ext, 0, lo);
                 pass(row + (lo - ax * c), lo, hi - lo);
                 const int tail = len - (hi - ax * c);  // row elements from the one under element hi
-                std::memcpy(ext, row + (hi - ax * c), size_t(tail));
+                copy(ext, row + (hi - ax * c), tail);
                 repeat(ext + tail, row + len - c, s.right);
                 pass(ext, hi, len - hi);
                 return;
