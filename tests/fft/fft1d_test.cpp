@@ -58,26 +58,19 @@ std::vector<float> randomFloats(Rng& rng, size_t n) {
     return v;
 }
 
-struct ComplexSpec {
-    ComplexSpec(int order, int flag) { EXPECT_EQ(zeqStsOk, zeqsFFTInitAlloc_C_32fc(&p, order, flag, 0)); }
-    ~ComplexSpec() { zeqsFFTFree_C_32fc(p); }
+template <class S, ZeqStatus (*Init)(S**, int, int, int), ZeqStatus (*Free)(S*), ZeqStatus (*Buf)(const S*, int*)>
+struct Spec {
+    Spec(int order, int flag) { EXPECT_EQ(zeqStsOk, Init(&p, order, flag, 0)); }
+    ~Spec() { Free(p); }
     int bufSize() const {
         int s = -1;
-        zeqsFFTGetBufSize_C_32fc(p, &s);
+        Buf(p, &s);
         return s;
     }
-    ZeqsFFTSpec_C_32fc* p = nullptr;
+    S* p = nullptr;
 };
-struct RealSpec {
-    RealSpec(int order, int flag) { EXPECT_EQ(zeqStsOk, zeqsFFTInitAlloc_R_32f(&p, order, flag, 0)); }
-    ~RealSpec() { zeqsFFTFree_R_32f(p); }
-    int bufSize() const {
-        int s = -1;
-        zeqsFFTGetBufSize_R_32f(p, &s);
-        return s;
-    }
-    ZeqsFFTSpec_R_32f* p = nullptr;
-};
+using ComplexSpec = Spec<ZeqsFFTSpec_C_32fc, zeqsFFTInitAlloc_C_32fc, zeqsFFTFree_C_32fc, zeqsFFTGetBufSize_C_32fc>;
+using RealSpec = Spec<ZeqsFFTSpec_R_32f, zeqsFFTInitAlloc_R_32f, zeqsFFTFree_R_32f, zeqsFFTGetBufSize_R_32f>;
 
 // The i386 build runs under emulation: there the large orders are few.
 constexpr bool kEmulated = sizeof(void*) == 4;
@@ -197,41 +190,6 @@ TEST(FFT1D, RealMatchesReferenceInPackLayout) {
         EXPECT_EQ(packCopy, packF) << "the inverse wrote its source";
         EXPECT_LT(relError(back.data(), wantX), tolerance(order)) << "inverse, order " << order << " flag " << flag;
     }
-}
-
-TEST(FFT1D, SmallRealTransformsExactly) {
-    const float x2[2] = {3, 5};
-    float out[8];
-    RealSpec none(1, zeqFftScaleNone), invN(1, zeqFftScaleInvByN);
-    ASSERT_EQ(zeqStsOk, zeqsFFTFwd_RToPack_32f(x2, out, none.p, nullptr));
-    EXPECT_EQ(8.0f, out[0]);
-    EXPECT_EQ(-2.0f, out[1]);
-    ASSERT_EQ(zeqStsOk, zeqsFFTInv_PackToR_32f(out, out, none.p, nullptr));
-    EXPECT_EQ(6.0f, out[0]);
-    EXPECT_EQ(10.0f, out[1]);
-    ASSERT_EQ(zeqStsOk, zeqsFFTFwd_RToPack_32f(x2, out, invN.p, nullptr));
-    ASSERT_EQ(zeqStsOk, zeqsFFTInv_PackToR_32f(out, out, invN.p, nullptr));
-    EXPECT_EQ(3.0f, out[0]);
-    EXPECT_EQ(5.0f, out[1]);
-
-    // N = 4: R0, R1 = x0 - x2, I1 = x3 - x1, R2.
-    const float x4[4] = {1, 2, 4, 8};
-    RealSpec four(2, zeqFftScaleNone);
-    ASSERT_EQ(zeqStsOk, zeqsFFTFwd_RToPack_32f(x4, out, four.p, nullptr));
-    const float pack4[4] = {15, -3, 6, -5};
-    for (int i = 0; i < 4; ++i) EXPECT_EQ(pack4[i], out[i]) << i;
-
-    // Order 0 copies, times the factor when the direction scales.
-    const float one = 7;
-    RealSpec r0(0, zeqFftScaleFwdByN);
-    ComplexSpec c0(0, zeqFftScaleBySqrtN);
-    ASSERT_EQ(zeqStsOk, zeqsFFTFwd_RToPack_32f(&one, out, r0.p, nullptr));
-    EXPECT_EQ(7.0f, out[0]);
-    const Zeq32fc v = {2, -3};
-    Zeq32fc w;
-    ASSERT_EQ(zeqStsOk, zeqsFFTInv_CToC_32fc(&v, &w, c0.p, nullptr));
-    EXPECT_EQ(2.0f, w.re);
-    EXPECT_EQ(-3.0f, w.im);
 }
 
 int expectedBufSize(bool complex, int order) {

@@ -104,36 +104,6 @@ TEST(FFT2D, MatchesReferenceBothWays) {
     }
 }
 
-// Spectra worked out by hand from single impulses, F(u, v) = exp(-2 pi i (u x0 / W + v y0 / H)).
-TEST(FFT2D, PackedLayoutOfImpulses) {
-    struct Case {
-        int ox, oy, x0, y0;
-        std::vector<float> want;  // row-major
-    };
-    const Case cases[] = {
-        // 4x4, impulse at (1, 1): F = (-i)^(u+v).
-        {2, 2, 1, 1, {1, 0, -1, -1, /**/ 0, -1, 0, 0, /**/ -1, 0, 1, 1, /**/ -1, 1, 0, 1}},
-        // 4x2, impulse at (1, 1): F = (-i)^u (-1)^v; column 0 and column 3 are two-point Packs.
-        {2, 1, 1, 1, {1, 0, -1, -1, /**/ -1, 0, 1, 1}},
-        // 2x4, impulse at (0, 1): both columns are real columns, F = (-i)^v.
-        {1, 2, 0, 1, {1, 1, /**/ 0, 0, /**/ -1, -1, /**/ -1, -1}},
-        // One row and one column: the one-dimensional Pack of (0, 1, 0, 0).
-        {2, 0, 1, 0, {1, 0, -1, -1}},
-        {0, 2, 0, 1, {1, 0, -1, -1}},
-    };
-    for (const Case& c : cases) {
-        const int w = 1 << c.ox, h = 1 << c.oy;
-        Image<float> src(w, h), dst(w, h, 1, 12);
-        src.at(c.x0, c.y0) = 1;
-        SpecPtr spec = makeSpec(c.ox, c.oy, zeqFftScaleNone);
-        ASSERT_EQ(zeqStsOk,
-                  zeqiFFTFwd_RToPack_32f_C1R(src.ptr(), src.step(), dst.ptr(), dst.step(), spec.get(), nullptr));
-        for (int y = 0; y < h; ++y)
-            for (int x = 0; x < w; ++x)
-                EXPECT_NEAR(c.want[size_t(y * w + x)], dst.at(x, y), 1e-6) << w << "x" << h << " at " << x << "," << y;
-    }
-}
-
 // The forward transform is, bit for bit, the row transforms followed by a
 // real transform of columns 0 and W-1 and a complex transform of every column
 // pair: whether a pair went in a group of four or alone (W = 16: (1,2) to

@@ -83,22 +83,6 @@ TEST(MulPack, MultipliesTheSpectra) {
         }
 }
 
-TEST(MulPack, ThreeByThree) {
-    // d = 1..9, s = 2 everywhere except (x, y) = (2, 0), (0, 2) and (2, 2), which hold 3.
-    float d[9] = {1, 2, 3, 4, 5, 6, 7, 8, 9};
-    const float s[9] = {2, 2, 3, 2, 2, 2, 3, 2, 3};
-    ASSERT_EQ(zeqStsOk, zeqiMulPack_32f_C1IR(s, 12, d, 12, {3, 3}));
-    const float want[9] = {
-        2,                          // row 0, element 0: real
-        2 * 2 - 3 * 3, 2 * 3 + 3 * 2,  // row 0 pair (1, 2): (2 + 3i)(2 + 3i)
-        4 * 2 - 7 * 3,              // column 0, rows 1 and 2: (4 + 7i)(2 + 3i)
-        5 * 2 - 6 * 2, 5 * 2 + 6 * 2,  // row 1 pair: (5 + 6i)(2 + 2i)
-        4 * 3 + 7 * 2,
-        8 * 2 - 9 * 3, 8 * 3 + 9 * 2,  // row 2 pair: (8 + 9i)(2 + 3i)
-    };
-    for (int i = 0; i < 9; ++i) EXPECT_EQ(want[i], d[i]) << i;
-}
-
 TEST(MulPack, StatusesStepsBeforeSize) {
     Image<float> s(4, 4), d(4, 4);
     const auto before = d.snapshot();

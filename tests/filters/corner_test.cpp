@@ -234,8 +234,8 @@ TEST(Corner, StatusesInOrder) {
         for (const Case& c : cases) check(Zeq8u(), vecs, c), check(Zeq8s(), vecs, c), check(Zeq32f(), vecs, c);
 }
 
-// Both size queries: 12 bytes per pixel for each of 8 rows; the size status
-// also for a buffer beyond an int.
+// Both size queries refuse what they cannot size (their sizes at the edge of
+// an int are the size-query suite's).
 TEST(Corner, SizeQueries) {
     for (auto q : {zeqiMinEigenValGetSize, zeqiEigenValsVecsGetSize}) {
         int size = 7;
@@ -244,13 +244,7 @@ TEST(Corner, SizeQueries) {
             EXPECT_EQ(q(bad == 0 ? 0 : 8, bad ? bad : 3, 3, &size), zeqStsSize);
             EXPECT_EQ(q(8, 3, bad, &size), zeqStsSize);
         }
-        EXPECT_EQ(q(INT_MAX / 96 + 1, 3, 3, &size), zeqStsSize);
         EXPECT_EQ(size, 7);
-        for (int ap : {3, 5, 7})
-            for (int w : {1, 17, INT_MAX / 96}) {
-                ASSERT_EQ(q(w, ap, 10 - ap, &size), zeqStsOk);
-                EXPECT_EQ(size, 96 * w);
-            }
     }
 }
 
