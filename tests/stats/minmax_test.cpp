@@ -119,24 +119,6 @@ TYPED_TEST(MinMaxIndx, StatusesInOrder) {
     EXPECT_EQ(untouched, call<T>(img.ptr(), row3, {3, 4, m, w}, {w, h}, zeqStsCoi));
 }
 
-TEST(MinMaxIndx8u, TiesGoToTheFirstInRowMajorOrder) {
-    Image<Zeq8u> img(8, 5);
-    img.fill([](int, int, int) { return 100; });
-    img.at(5, 2) = img.at(1, 3) = 3;
-    img.at(6, 1) = img.at(2, 1) = 200;
-    const Found f = call(img.ptr(), img.step(), {1}, img.size());
-    EXPECT_EQ((Found{3, 200, {5, 2}, {2, 1}}), f);
-}
-
-// A row whose extreme only equals the start value never takes over.
-TEST(MinMaxIndx8u, ConstantAtTheTypeExtremesStaysAtOrigin) {
-    Image<Zeq8u> img(19, 4);
-    img.fill([](int, int, int) { return 255; });
-    EXPECT_EQ((Found{255, 255, {0, 0}, {0, 0}}), call(img.ptr(), img.step(), {1}, img.size()));
-    img.fill([](int, int, int) { return 0; });
-    EXPECT_EQ((Found{0, 0, {0, 0}, {0, 0}}), call(img.ptr(), img.step(), {1}, img.size()));
-}
-
 TEST(MinMaxIndx32f, NanPixelsAreSkipped) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     Image<Zeq32f> img(13, 2);
