@@ -38,6 +38,13 @@ static_assert(sizeof(ZeqiMorphState) <= kMorphHeaderBytes, "the state header out
 static_assert(offsetof(ZeqiMorphState, mask) == (sizeof(void*) == 4 ? 28 : 32), "state header layout");
 static_assert(offsetof(ZeqiMorphState, rowBytes) == (sizeof(void*) == 4 ? 44 : 64), "state header layout");
 
+// Bytes of the state's buffer area: two rows of rowBytes per mask row, at
+// least one element per channel and mask row.
+constexpr int64_t morphBufferBytes(int64_t maskHeight, int64_t rowBytes, int64_t channels, int64_t elementBytes) {
+    return 2 * maskHeight * rowBytes > channels * maskHeight * elementBytes ? 2 * maskHeight * rowBytes
+                                                                           : channels * maskHeight * elementBytes;
+}
+
 // One strip of the state's image: roi->height rows in, the rows produced
 // back in roi->height. The caller checked everything; T is Zeq8u or Zeq32f.
 template <Isa I, class T, bool Max>

@@ -454,8 +454,7 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
     ptrdiff_t pitch = s.rowBytes;
     if (rect) {
         const ptrdiff_t lines = (pitch + 63) & ~63, skip = -reinterpret_cast<uintptr_t>(base) & 63;
-        const ptrdiff_t room = std::max(2 * ptrdiff_t(mh) * s.rowBytes, ptrdiff_t(c) * mh * ptrdiff_t(sizeof(E)));
-        if (skip + (mh + 1) * lines <= room) base += skip, pitch = lines;
+        if (skip + (mh + 1) * lines <= morphBufferBytes(mh, pitch, c, sizeof(E))) base += skip, pitch = lines;
     }
     auto slot = [&](int k) { return reinterpret_cast<E*>(base + pitch * k); };
     const size_t slotBytes = size_t(rect ? len : extLen) * sizeof(E);
@@ -660,8 +659,9 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
         auto srcRow = [&](int k) { return zq::row(first, srcStep, k) + x0; };
         auto dstRow = [&](int y) { return zq::row(dst, dstStep, y) + x0; };
         bool nan[kChunk] = {};
+        using Watch = NaNWatch<P, std::is_same<T, float>::value>;
         auto rowPass = [&](int k) {
-            NaNWatch<P, std::is_same<T, float>::value> watch;
+            Watch watch;
             foldAlong<P>(srcRow(k), bl, channels, mw, slot(k), watch);
             nan[k % mh] = watch.seen();
         };
@@ -674,7 +674,7 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
             if (pair) {
                 for (int k = 0; k < mh; ++k) rows[k] = slot(y + k);
                 // The slot of row y, now the shared fold, receives row y + mh.
-                NaNWatch<P, std::is_same<T, float>::value> watch;
+                Watch watch;
                 if (stream) {
                     pairHead<P, Out<P, true, false>>(rows, mh, dstRow(y), bl);
                     pairTail<P, Out<P, true, false>>(srcRow(y + mh), channels, mw, slot(y), dstRow(y + 1), bl, watch);

@@ -50,7 +50,7 @@ ZeqStatus zeqiMorphologyInitAlloc(int roiWidth, int dataType, int channels, Zeqi
     const int64_t maskBytes = maskType == kMaskRect ? 0 : (elements + 15) & ~int64_t(15);
     const int64_t rowBytes = ((int64_t(roiWidth) * c + c * mw) * e + 15) & ~int64_t(15);
     if (rowBytes > INT_MAX) return zeqStsNoMem;
-    const int64_t buffers = std::max<int64_t>(2 * int64_t(mh) * rowBytes, c * mh * e);
+    const int64_t buffers = zq::morphBufferBytes(mh, rowBytes, c, e);
     const int64_t total = int64_t(zq::kMorphHeaderBytes) + buffers + 17 * maskBytes;
     if (total > INT_MAX) return zeqStsNoMem;
     Zeq8u* block = zeqsMalloc_8u(int(total));
