@@ -219,6 +219,16 @@ TYPED_TEST(ConvFilter, WholeImagesAndEverySplit) {
     }
 }
 
+// The fixed 3x3 filter of a type for (dx, dy, origin).
+#define ZQT_FIXED3(t)                                                                   \
+    [](const auto* s, int ss, auto* d, int ds, const int* f, ZeqiSize r) {              \
+        return f[0] == 1 && f[1] == 0 ? zeqiSobel3x3_Dx_##t##_C1R(s, ss, d, ds, r)      \
+               : f[0] == 0 && f[1] == 1 ? zeqiSobel3x3_Dy_##t##_C1R(s, ss, d, ds, f[2], r) \
+               : f[0] == 2 ? zeqiSobel3x3_D2x_##t##_C1R(s, ss, d, ds, r)                \
+               : f[1] == 2 ? zeqiSobel3x3_D2y_##t##_C1R(s, ss, d, ds, r)                \
+                           : zeqiSobel3x3_DxDy_##t##_C1R(s, ss, d, ds, f[2], r);        \
+    }
+
 // A 3x3 Sobel state computes what the fixed 3x3 filters do, bit for bit.
 TYPED_TEST(ConvFilter, ThreeByThreeSobelIsTheFixedFilter) {
     using T = TypeParam;
@@ -235,28 +245,13 @@ TYPED_TEST(ConvFilter, ThreeByThreeSobelIsTheFixedFilter) {
         ZeqiSize roi{w, h};
         ASSERT_EQ(zeqStsOk, filter<T>(kSobel, src.ptr(), src.step(), mine.ptr(), mine.step(), &roi, st, 0));
         zeqiConvolFree(st);
-        const auto* s = src.ptr();
-        auto* d = fixed.ptr();
-        const int ss = src.step(), ds = fixed.step();
+        auto run = [&](auto fixedFilter) {
+            return fixedFilter(src.ptr(), src.step(), fixed.ptr(), fixed.step(), f, src.size());
+        };
         ZeqStatus r;
-        if constexpr (std::is_same<T, Zeq8u>::value)
-            r = f[0] == 1 && f[1] == 0 ? zeqiSobel3x3_Dx_8u16s_C1R(s, ss, d, ds, src.size())
-                : f[0] == 0 && f[1] == 1 ? zeqiSobel3x3_Dy_8u16s_C1R(s, ss, d, ds, f[2], src.size())
-                : f[0] == 2 ? zeqiSobel3x3_D2x_8u16s_C1R(s, ss, d, ds, src.size())
-                : f[1] == 2 ? zeqiSobel3x3_D2y_8u16s_C1R(s, ss, d, ds, src.size())
-                            : zeqiSobel3x3_DxDy_8u16s_C1R(s, ss, d, ds, f[2], src.size());
-        else if constexpr (std::is_same<T, Zeq8s>::value)
-            r = f[0] == 1 && f[1] == 0 ? zeqiSobel3x3_Dx_8s16s_C1R(s, ss, d, ds, src.size())
-                : f[0] == 0 && f[1] == 1 ? zeqiSobel3x3_Dy_8s16s_C1R(s, ss, d, ds, f[2], src.size())
-                : f[0] == 2 ? zeqiSobel3x3_D2x_8s16s_C1R(s, ss, d, ds, src.size())
-                : f[1] == 2 ? zeqiSobel3x3_D2y_8s16s_C1R(s, ss, d, ds, src.size())
-                            : zeqiSobel3x3_DxDy_8s16s_C1R(s, ss, d, ds, f[2], src.size());
-        else
-            r = f[0] == 1 && f[1] == 0 ? zeqiSobel3x3_Dx_32f_C1R(s, ss, d, ds, src.size())
-                : f[0] == 0 && f[1] == 1 ? zeqiSobel3x3_Dy_32f_C1R(s, ss, d, ds, f[2], src.size())
-                : f[0] == 2 ? zeqiSobel3x3_D2x_32f_C1R(s, ss, d, ds, src.size())
-                : f[1] == 2 ? zeqiSobel3x3_D2y_32f_C1R(s, ss, d, ds, src.size())
-                            : zeqiSobel3x3_DxDy_32f_C1R(s, ss, d, ds, f[2], src.size());
+        if constexpr (std::is_same<T, Zeq8u>::value) r = run(ZQT_FIXED3(8u16s));
+        else if constexpr (std::is_same<T, Zeq8s>::value) r = run(ZQT_FIXED3(8s16s));
+        else r = run(ZQT_FIXED3(32f));
         ASSERT_EQ(zeqStsOk, r);
         EXPECT_TRUE(zqt::sameImage(mine, fixed)) << "dx " << f[0] << " dy " << f[1] << " origin " << f[2];
     }

@@ -3,6 +3,7 @@
 #include <omp.h>
 
 #include <algorithm>
+#include <climits>
 
 namespace {
 
@@ -276,11 +277,12 @@ TEST(Match, BufferSizesAreZero) {
                              zeqiMatchTemplateGetBufSize_Corr, zeqiMatchTemplateGetBufSize_CorrNormed,
                              zeqiMatchTemplateGetBufSize_Coeff, zeqiMatchTemplateGetBufSize_CoeffNormed};
     for (const Query q : queries) {
-        for (int type : {zeq8u, zeq8s, zeq32f}) {
-            int size = -1;
-            EXPECT_EQ(zeqStsOk, q({7, 5}, {7, 5}, type, &size));
-            EXPECT_EQ(0, size);
-        }
+        for (int type : {zeq8u, zeq8s, zeq32f})
+            for (ZeqiSize sz : {ZeqiSize{7, 5}, ZeqiSize{INT_MAX, INT_MAX}}) {  // no buffer at any size
+                int size = -1;
+                EXPECT_EQ(zeqStsOk, q(sz, sz, type, &size));
+                EXPECT_EQ(0, size);
+            }
         int size = -1;
         EXPECT_EQ(zeqStsNullPtr, q({0, 0}, {0, 0}, 3, nullptr));
         EXPECT_EQ(zeqStsSize, q({7, 5}, {0, 1}, 3, &size));

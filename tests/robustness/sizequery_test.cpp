@@ -91,17 +91,6 @@ TEST(SizeQuery, FloodFill) {
     }
 }
 
-TEST(SizeQuery, MatchingNeedsNoBufferAtAnySize) {
-    using Q = ZeqStatus (*)(ZeqiSize, ZeqiSize, ZeqDataType, int*);
-    for (Q q : {zeqiMatchTemplateGetBufSize_SqDiff, zeqiMatchTemplateGetBufSize_SqDiffNormed,
-                zeqiMatchTemplateGetBufSize_Corr, zeqiMatchTemplateGetBufSize_CorrNormed,
-                zeqiMatchTemplateGetBufSize_Coeff, zeqiMatchTemplateGetBufSize_CoeffNormed}) {
-        int size = -1;
-        EXPECT_EQ(q({INT_MAX, INT_MAX}, {INT_MAX, INT_MAX}, zeq32f, &size), zeqStsOk);
-        EXPECT_EQ(size, 0);
-    }
-}
-
 // A state larger than an int can describe is refused, never allocated short.
 TEST(SizeQuery, StatesTooLargeAreRefused) {
     ZeqiConvState* conv = nullptr;
