@@ -94,16 +94,19 @@ TYPED_TEST_SUITE(Convert, ConvertTypes);
 ZeqStatus convert(const Zeq8u* s, int ss, float* d, int ds, ZeqiSize roi) { return zeqiConvert_8u32f_C1R(s, ss, d, ds, roi); }
 ZeqStatus convert(const Zeq8s* s, int ss, float* d, int ds, ZeqiSize roi) { return zeqiConvert_8s32f_C1R(s, ss, d, ds, roi); }
 
-// Small, contiguous and padded regions on both sides of the streaming thresholds.
+// Small, contiguous and padded regions on both sides of the streaming
+// thresholds; layout 3 puts the float rows at odd addresses, any byte count apart.
 TYPED_TEST(Convert, EveryValueExactly) {
     using S = TypeParam;
     Rng rng(41);
-    const ZeqiSize sizes[] = {{1, 1}, {15, 1}, {16, 2}, {37, 5}, {300, 180}, {257, 410}, {500, 220}, {200, 700}};
+    const ZeqiSize sizes[] = {{1, 1}, {3, 2}, {15, 1}, {16, 2}, {37, 5}, {129, 3}, {300, 180}, {257, 410}, {500, 220}, {200, 700}};
     for (ZeqiSize sz : sizes)
-        for (int layout = 0; layout < 3; ++layout) {
-            const int spad = layout == 0 ? 0 : rng.uniform(1, 9), dpad = layout == 0 ? 0 : 4 * rng.uniform(0, 3);
+        for (int layout = 0; layout < 4; ++layout) {
+            const bool odd = layout == 3;
+            const int spad = layout == 0 ? 0 : rng.uniform(1, 9);
+            const int dpad = odd ? rng.uniform(1, 7) : layout == 0 ? 0 : 4 * rng.uniform(0, 3);
             Image<S> s(sz.width, sz.height, 1, spad, rng.uniform(0, 15));
-            Image<float> d(sz.width, sz.height, 1, dpad, layout == 2 ? 8 : 4 * rng.uniform(0, 3));
+            Image<float> d(sz.width, sz.height, 1, dpad, odd ? rng.uniform(1, 3) : layout == 2 ? 8 : 4 * rng.uniform(0, 3));
             s.fillRandom(rng);
             ASSERT_EQ(zeqStsOk, convert(s.ptr(), s.step(), d.ptr(), d.step(), sz));
             Image<float> want(sz.width, sz.height);
