@@ -11,11 +11,13 @@ namespace {
 
 Isa widestSupported() {
     __builtin_cpu_init();
-    // Every 512-bit kernel may assume F, BW, DQ and VL together.
-    if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+    // Every 512-bit kernel may assume F, BW, DQ and VL together, and the
+    // tiers from AVX2 up FMA (every processor with AVX2 has it).
+    const bool fma = __builtin_cpu_supports("fma");
+    if (fma && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
         __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl"))
         return Isa::Avx512;
-    if (__builtin_cpu_supports("avx2")) return Isa::Avx2;
+    if (fma && __builtin_cpu_supports("avx2")) return Isa::Avx2;
     return Isa::Sse2;
 }
 

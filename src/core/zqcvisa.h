@@ -1,8 +1,8 @@
 // Instruction-set tiers and the one way kernels are chosen among them.
 //
-// The SSE2 baseline runs everywhere; AVX2 and AVX-512 (F, BW, DQ, VL) kernels
-// run where the processor has them, and give the baseline's bits wherever the
-// arithmetic is fixed. `zq::isa()` is the tier in use: the widest the
+// The SSE2 baseline runs everywhere; AVX2 (with FMA) and AVX-512 (F, BW, DQ,
+// VL, FMA) kernels run where the processor has them, and give the baseline's
+// bits wherever the arithmetic is fixed. `zq::isa()` is the tier in use: the widest the
 // processor has, capped by the environment variable ZEQCV_ISA (sse2, avx2 or
 // avx512; it never raises the tier, and any other value is ignored). It is
 // read once per process.

@@ -39,6 +39,8 @@ struct Regs<Isa::Sse2> {
     // ---- memory ----
     static F loadf(const float* p) { return _mm_loadu_ps(p); }
     static void storef(float* p, F v) { _mm_storeu_ps(p, v); }
+    // Non-temporal store; p aligned to the register's size.
+    static void streamf(float* p, F v) { _mm_stream_ps(p, v); }
     static I load(const void* p) { return _mm_loadu_si128(static_cast<const I*>(p)); }
     static void store(void* p, I v) { _mm_storeu_si128(static_cast<I*>(p), v); }
     // Half a register (8 bytes) into the low half, the rest zero.
@@ -152,6 +154,7 @@ struct Regs<Isa::Avx2> {
 
     static F loadf(const float* p) { return _mm256_loadu_ps(p); }
     static void storef(float* p, F v) { _mm256_storeu_ps(p, v); }
+    static void streamf(float* p, F v) { _mm256_stream_ps(p, v); }
     static I load(const void* p) { return _mm256_loadu_si256(static_cast<const I*>(p)); }
     static void store(void* p, I v) { _mm256_storeu_si256(static_cast<I*>(p), v); }
     static I loadHalf(const void* p) {
@@ -248,6 +251,7 @@ struct Regs<Isa::Avx512> {
 
     static F loadf(const float* p) { return _mm512_loadu_ps(p); }
     static void storef(float* p, F v) { _mm512_storeu_ps(p, v); }
+    static void streamf(float* p, F v) { _mm512_stream_ps(p, v); }
     static I load(const void* p) { return _mm512_loadu_si512(p); }
     static void store(void* p, I v) { _mm512_storeu_si512(p, v); }
     static I loadHalf(const void* p) {
