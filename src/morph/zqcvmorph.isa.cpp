@@ -490,7 +490,8 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
                 // Copies of a few dozen bytes, inline: a library call each
                 // would cost as much as the pass over the row.
                 auto repeat = [&](E* to, const T* pixel, int times) {
-                    for (int j = 0; j < times * c; ++j) to[j] = pixel[j % c];
+                    for (int j = 0; j < times; ++j)
+                        for (int k = 0; k < c; ++k) to[j * c + k] = pixel[k];
                 };
                 auto copy = [&](E* to, const T* from, int n) {
                     overRow<P>(n, [&](int i) { P::store(to + i, P::load(from + i)); }, [&](int i) { to[i] = from[i]; });
@@ -512,7 +513,7 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
 
     // The ring holds the window rows of the next output row, oldest at `first`.
     int first = 0, count = starts ? 0 : a + b, produced = 0;
-    auto ring = [&](int k) { return slot((first + k) % mh); };
+    auto ring = [&](int k) { return slot(first + k < mh ? first + k : first + k - mh); };  // k < mh
     auto emit = [&]() {
         T* out = zq::row(dst, dstStep, produced);
         Folder<P, E> fold(reinterpret_cast<E*>(out), len);
