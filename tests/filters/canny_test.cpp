@@ -284,14 +284,6 @@ TYPED_TEST(Canny, StatusesInOrderAndNothingWritten) {
     EXPECT_EQ(zeqStsOk, call(p, row, p, row + 2, o, w, {w, h}, 0, 0, buf.data()));
 }
 
-TEST(CannyGetSize, Statuses) {
-    int size = 7;
-    EXPECT_EQ(zeqStsNullPtr, zeqiCannyGetSize({0, 0}, nullptr));
-    EXPECT_EQ(zeqStsSize, zeqiCannyGetSize({0, 1}, &size));
-    EXPECT_EQ(zeqStsSize, zeqiCannyGetSize({1, -1}, &size));
-    EXPECT_EQ(7, size);
-}
-
 // Hand-made cases whose answers follow from the rules directly, independent
 // of the reference.
 class CannyCases : public ::testing::Test {
@@ -305,29 +297,6 @@ protected:
     }
     std::vector<uint8_t> buf_;
 };
-
-TEST_F(CannyCases, IsolatedPixelNeedsTheHighThreshold) {
-    std::vector<Zeq16s> dx(25, 0), dy(25, 0);
-    dx[12] = 7;
-    EXPECT_EQ(255, run(dx, dy, 5, 5, 3, 6).at(2, 2));
-    EXPECT_EQ(0, run(dx, dy, 5, 5, 3, 7).at(2, 2));
-    const auto none = run(std::vector<Zeq16s>(25, 0), dy, 5, 5, 0, 0);
-    for (int i = 0; i < 25; ++i) EXPECT_EQ(0, none.at(i % 5, i / 5));
-}
-
-TEST_F(CannyCases, PlateauKeepsLeftmostHorizontallyAndNoneDiagonally) {
-    const int w = 9;
-    std::vector<Zeq16s> dx(w, 0), dy(w, 0);
-    for (int x = 2; x < 7; ++x) dx[size_t(x)] = 5;
-    auto edges = run(dx, dy, w, 1, 1, 2);
-    for (int x = 0; x < w; ++x) EXPECT_EQ(x == 2 ? 255 : 0, edges.at(x, 0)) << x;
-    // A diagonal run along its own gradient direction: every pixel ties with a
-    // diagonal neighbour, even the ends, so none survives.
-    std::vector<Zeq16s> ddx(25, 0), ddy(25, 0);
-    for (int i = 0; i < 5; ++i) ddx[size_t(6 * i)] = ddy[size_t(6 * i)] = 4;
-    edges = run(ddx, ddy, 5, 5, 1, 2);
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(0, edges.at(i, i)) << i;
-}
 
 TEST_F(CannyCases, WeakPixelsJoinOnlyThroughEightConnectedCandidates) {
     // A vertical edge (horizontal gradient): weak rows 0-2 in column 2, a gap

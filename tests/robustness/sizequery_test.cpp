@@ -53,6 +53,8 @@ TEST(SizeQuery, CannyInEitherDimension) {
     }
     int size = -1;  // the case that once wrapped to 64 bytes
     EXPECT_EQ(zeqiCannyGetSize({2147483646, 429496728}, &size), zeqStsSize);
+    EXPECT_EQ(zeqiCannyGetSize({0, 0}, nullptr), zeqStsNullPtr);
+    EXPECT_EQ(zeqiCannyGetSize({0, 1}, &size), zeqStsSize);
     EXPECT_EQ(size, -1);
 }
 
