@@ -226,23 +226,6 @@ TEST(NormRel, ZeroDenominatorGivesInfinityOrNaNAndAWarning) {
     EXPECT_DOUBLE_EQ(std::sqrt(64.0 / 174.0), out);
 }
 
-TEST(NormValues, ExtremeValues) {
-    const Zeq8u on[2] = {1, 1};
-    double out = 0;
-    const Zeq8s m128[1] = {-128};
-    EXPECT_EQ(zeqStsOk, zeqiNorm_Inf_8s_C1MR(m128, 1, on, 1, {1, 1}, &out));
-    EXPECT_EQ(128.0, out);
-    const Zeq8u three4[2] = {3, 4};
-    EXPECT_EQ(zeqStsOk, zeqiNorm_L2_8u_C1MR(three4, 2, on, 2, {2, 1}, &out));
-    EXPECT_EQ(5.0, out);
-    const Zeq8s hi[1] = {127};
-    EXPECT_EQ(zeqStsOk, zeqiNormDiff_Inf_8s_C1MR(hi, 1, m128, 1, on, 1, {1, 1}, &out));
-    EXPECT_EQ(255.0, out);
-    const Zeq16u big[2] = {65535, 65535}, nil[2] = {0, 0};
-    EXPECT_EQ(zeqStsOk, zeqiNormDiff_L2_16u_C1MR(big, 4, nil, 4, on, 2, {2, 1}, &out));
-    EXPECT_EQ(std::sqrt(2.0 * 65535.0 * 65535.0), out);
-}
-
 // Norm squares in float; NormDiff widens the float difference and squares in double.
 TEST(Norm32f, SingleAndDoublePrecisionSquaresDiffer) {
     const Zeq8u on[1] = {1};
