@@ -165,9 +165,10 @@ inline void gradientPixel(const Zeq32f* dx, const Zeq32f* dy, float low, Zeq8u* 
 // One roi row into the interior of one framed row of each map. Magnitudes go
 // first, a chunk of 64 groups of eight at a time; the costly direction codes
 // are then computed only for the groups with a pixel above the low threshold,
-// which a bit loop visits without mispredicted branches.
+// which a bit loop visits without mispredicted branches. Those groups are
+// kept in `busy`, a word per chunk, when it is not null.
 template <class T>
-void gradientRow(const T* dx, const T* dy, int w, float low, Zeq8u* dir, Zeq32f* mag) {
+void gradientRow(const T* dx, const T* dy, int w, float low, Zeq8u* dir, Zeq32f* mag, uint64_t* busyOut) {
     const __m128 lowV = _mm_set1_ps(low);
     int x0 = 0;
     for (; x0 + 8 <= w; x0 += 512) {
@@ -185,6 +186,7 @@ void gradientRow(const T* dx, const T* dy, int w, float low, Zeq8u* dir, Zeq32f*
             busy |= uint64_t(magnitude8(load8(dx + x, dy + x), lowV, mag + x)) << g;
             _mm_storel_epi64(reinterpret_cast<__m128i*>(dir + x), _mm_setzero_si128());
         }
+        if (busyOut) busyOut[x0 / 512] = busy;
         for (; busy != 0; busy &= busy - 1) {
             const int x = x0 + 8 * __builtin_ctzll(busy);
             direction8(load8(dx + x, dy + x), lowV, dir + x);
@@ -249,21 +251,28 @@ inline Survival16 survival16(const MagRows& rows, ptrdiff_t i, __m128 high) {
 
 // One framed row (interior columns 1..w); `y` is its roi row. Survivors get
 // the candidate mark, strong ones the edge mark, and those are pushed.
-// Returns the new stack top.
-int* suppressRow(Zeq8u* dir, const MagRows& mag, int w, int y, float high, int* top) {
+// Returns the new stack top. `busy` (or null): the row's groups of eight with
+// a code, a word per chunk, as the gradient found them.
+int* suppressRow(Zeq8u* dir, const MagRows& mag, int w, int y, float high, int* top, const uint64_t* busy) {
     const __m128 highV = _mm_set1_ps(high);
     const __m128i zero = _mm_setzero_si128();
     // Blocks of 16 with a code, found a chunk of 32 blocks at a time so the
-    // empty ones are passed over without mispredicted branches.
+    // empty ones are passed over without mispredicted branches: from the
+    // gradient's groups of eight, or else by looking at the codes.
     for (int x0 = 0; x0 + 16 <= w; x0 += 512) {
         const int blocks = std::min(32, (w - x0) / 16);
-        uint32_t busy = 0;
-        for (int b = 0; b < blocks; ++b) {
-            const __m128i codes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dir + 1 + x0 + 16 * b));
-            busy |= uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(codes, zero)) != 0xffff) << b;
+        uint32_t found = 0;
+        if (busy) {
+            for (uint64_t g = busy[x0 / 512]; g != 0; g &= g - 1) found |= 1u << (__builtin_ctzll(g) >> 1);
+            if (blocks < 32) found &= (1u << blocks) - 1;
+        } else {
+            for (int b = 0; b < blocks; ++b) {
+                const __m128i codes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dir + 1 + x0 + 16 * b));
+                found |= uint32_t(_mm_movemask_epi8(_mm_cmpeq_epi8(codes, zero)) != 0xffff) << b;
+            }
         }
-        for (; busy != 0; busy &= busy - 1) {
-            const int x = x0 + 16 * __builtin_ctz(busy);
+        for (; found != 0; found &= found - 1) {
+            const int x = x0 + 16 * __builtin_ctz(found);
             Zeq8u* d = dir + 1 + x;
             const __m128i codes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(d));
             const Survival16 s = survival16(mag, 1 + x, highV);
@@ -297,10 +306,11 @@ int* suppressRow(Zeq8u* dir, const MagRows& mag, int w, int y, float high, int* 
 
 // Suppression of roi row y, whose direction row and the magnitude rows around
 // it are complete. Returns the number of ints pushed (two per seed).
-int ownNonMaximaSuppression(Zeq8u* directionMap, const MagRows& magnitudes, int width, int y, float highThresh,
+int ownNonMaximaSuppression(Zeq8u* directionMap, const MagRows& magnitudes, const uint64_t* busy, int width, int y,
+                            float highThresh,
                             int* stack) {
     const ptrdiff_t stride = ptrdiff_t(width) + 2;
-    return int(suppressRow(directionMap + (y + 1) * stride, magnitudes, width, y, highThresh, stack) - stack);
+    return int(suppressRow(directionMap + (y + 1) * stride, magnitudes, width, y, highThresh, stack, busy) - stack);
 }
 
 // ---- hysteresis ----
@@ -320,17 +330,22 @@ inline uint32_t freshMarks3(uint32_t v) { return v & ~(v << 7) & 0x808080u; }
 void writeEdges(Zeq8u* directionMap, int width, int height, Zeq8u* pDst, int dstStep) {
     const ptrdiff_t stride = ptrdiff_t(width) + 2;
     const __m128i edge = _mm_set1_epi8(char(kEdge)), low7 = _mm_set1_epi8(0x7f);
+    // A large result with 16-byte aligned rows is written past the caches:
+    // its lines are then not read from memory before being overwritten.
+    const bool stream = int64_t(width) * height >= (int64_t(1) << 20) &&
+                        ((reinterpret_cast<uintptr_t>(pDst) | uintptr_t(dstStep)) & 15) == 0;
     for (int y = 0; y < height; ++y) {
         Zeq8u* dir = directionMap + (y + 1) * stride + 1;
         Zeq8u* dst = zq::row(pDst, dstStep, y);
         int x = zq::dispatch([&](auto tier) {
             if constexpr (tier.value == zq::Isa::Sse2) return 0;
-            else return zq::ownCannyEdgesRow<tier.value>(dir, dst, width);
+            else return zq::ownCannyEdgesRow<tier.value>(dir, dst, width, stream);
         });
         for (; x + 16 <= width; x += 16) {
             const __m128i d = _mm_loadu_si128(reinterpret_cast<const __m128i*>(dir + x));
             const __m128i isEdge = _mm_cmpeq_epi8(d, edge);
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x), isEdge);
+            if (stream) _mm_stream_si128(reinterpret_cast<__m128i*>(dst + x), isEdge);
+            else _mm_storeu_si128(reinterpret_cast<__m128i*>(dst + x), isEdge);
             if (_mm_movemask_epi8(isEdge))
                 _mm_storeu_si128(reinterpret_cast<__m128i*>(dir + x), _mm_andnot_si128(_mm_and_si128(isEdge, low7), d));
         }
@@ -340,6 +355,7 @@ void writeEdges(Zeq8u* directionMap, int width, int height, Zeq8u* pDst, int dst
             if (isEdge) dir[x] = kCandidate;
         }
     }
+    if (stream) _mm_sfence();
 }
 
 // Depth-first growth from the seeds on the stack through candidate pixels,
@@ -388,10 +404,10 @@ void ownHysteresisThresholding(Zeq8u* directionMap, int width, int height, int* 
 // `mag`, frame columns included.
 template <class T>
 void gradientRow(const T* dx, int dxStep, const T* dy, int dyStep, int w, int y, float low, Zeq8u* dir,
-                 Zeq32f* mag) {
+                 Zeq32f* mag, uint64_t* busy) {
     dir[0] = dir[w + 1] = 0;
     mag[0] = mag[w + 1] = 0.0f;
-    gradientRow(zq::row(dx, dxStep, y), zq::row(dy, dyStep, y), w, low, dir + 1, mag + 1);
+    gradientRow(zq::row(dx, dxStep, y), zq::row(dy, dyStep, y), w, low, dir + 1, mag + 1, busy);
 }
 
 // Framed row r (roi row r - 1) keeps its magnitudes in ring row r mod 3 until
@@ -405,17 +421,22 @@ void ownCanny(const T* dx, int dxStep, const T* dy, int dyStep, Zeq8u* dst, int 
     Zeq32f* const ring[3] = {a.magnitude, a.magnitude + stride, a.magnitude + 2 * stride};
     std::memset(a.direction, 0, size_t(stride));
     std::memset(ring[0], 0, size_t(stride) * sizeof(Zeq32f));
-    gradientRow(dx, dxStep, dy, dyStep, w, 0, low, a.direction + stride, ring[1]);
+    // The busy groups of the row being suppressed and of the row after it,
+    // for rows of up to 64 chunks; wider ones are scanned.
+    uint64_t busy[2][64];
+    const bool keep = w <= 64 * 512;
+    auto busyOf = [&](int y) { return keep ? busy[y & 1] : nullptr; };
+    gradientRow(dx, dxStep, dy, dyStep, w, 0, low, a.direction + stride, ring[1], busyOf(0));
     int entries = 0;
     for (int y = 0; y < h; ++y) {
         Zeq32f* below = ring[(y + 2) % 3];
         if (y + 1 < h) {
-            gradientRow(dx, dxStep, dy, dyStep, w, y + 1, low, a.direction + (y + 2) * stride, below);
+            gradientRow(dx, dxStep, dy, dyStep, w, y + 1, low, a.direction + (y + 2) * stride, below, busyOf(y + 1));
         } else {
             std::memset(a.direction + (y + 2) * stride, 0, size_t(stride));
             std::memset(below, 0, size_t(stride) * sizeof(Zeq32f));
         }
-        entries += ownNonMaximaSuppression(a.direction, {ring[y % 3], ring[(y + 1) % 3], below}, w, y, high,
+        entries += ownNonMaximaSuppression(a.direction, {ring[y % 3], ring[(y + 1) % 3], below}, busyOf(y), w, y, high,
                                            a.stack + entries);
     }
     ownHysteresisThresholding(a.direction, w, h, a.stack, entries, dst, dstStep);

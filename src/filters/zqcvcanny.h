@@ -19,9 +19,10 @@ uint64_t ownCannyMagnitudes(const T* dx, const T* dy, int groups, float low, Zeq
 
 // The result row from the direction row: 255 where the mark is the edge
 // mark (which turns back into the candidate mark), 0 elsewhere, a register
-// at a time; returns the first column not done.
+// at a time; returns the first column not done. With `stream`, dst is
+// 16-byte aligned and written past the caches.
 template <Isa I>
-int ownCannyEdgesRow(Zeq8u* dir, Zeq8u* dst, int width);
+int ownCannyEdgesRow(Zeq8u* dir, Zeq8u* dst, int width, bool stream);
 
 }  // namespace zq
 

@@ -75,15 +75,28 @@ uint64_t ownCannyMagnitudes(const T* dx, const T* dy, int groups, float low, Zeq
     return busy;
 }
 
+// A register into a 16-byte aligned destination, past the caches.
+inline void stream16(Zeq8u* p, __m256i v) {
+    _mm_stream_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(v));
+    _mm_stream_si128(reinterpret_cast<__m128i*>(p + 16), _mm256_extracti128_si256(v, 1));
+}
+#if ZQ_TIER >= 2
+inline void stream16(Zeq8u* p, __m512i v) {
+    stream16(p, _mm512_castsi512_si256(v));
+    stream16(p + 32, _mm512_extracti64x4_epi64(v, 1));
+}
+#endif
+
 template <Isa I>
-int ownCannyEdgesRow(Zeq8u* dir, Zeq8u* dst, int width) {
+int ownCannyEdgesRow(Zeq8u* dir, Zeq8u* dst, int width, bool stream) {
     using R = Regs<I>;
     constexpr int W = R::bytes;
     const typename R::I edge = R::set1_8(0xff), low7 = R::set1_8(0x7f);
     int x = 0;
     for (; x + W <= width; x += W) {
         const typename R::I d = R::load(dir + x), isEdge = R::cmpeq8(d, edge);
-        R::store(dst + x, isEdge);
+        if (stream) stream16(dst + x, isEdge);
+        else R::store(dst + x, isEdge);
         bool any;
         if constexpr (I == Isa::Avx512) any = _mm512_movepi8_mask(isEdge) != 0;
         else any = !_mm256_testz_si256(isEdge, isEdge);
@@ -92,7 +105,7 @@ int ownCannyEdgesRow(Zeq8u* dir, Zeq8u* dst, int width) {
     return x;
 }
 
-template int ownCannyEdgesRow<ZQ_ISA>(Zeq8u*, Zeq8u*, int);
+template int ownCannyEdgesRow<ZQ_ISA>(Zeq8u*, Zeq8u*, int, bool);
 template uint64_t ownCannyMagnitudes<ZQ_ISA, Zeq16s>(const Zeq16s*, const Zeq16s*, int, float, Zeq8u*, Zeq32f*);
 template uint64_t ownCannyMagnitudes<ZQ_ISA, Zeq32f>(const Zeq32f*, const Zeq32f*, int, float, Zeq8u*, Zeq32f*);
 
