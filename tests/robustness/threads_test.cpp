@@ -1,5 +1,6 @@
-// Every family called from 16 threads at once, on inputs the threads share
-// read-only and on private copies, gives the single-threaded bits. States
+// The families with work buffers, states, specifications or internal
+// threads, called from 16 threads at once on inputs the threads share
+// read-only and on private copies, give the single-threaded bits. States
 // (convolution, morphology) are per call; the FFT specifications are shared,
 // since callers keep one per size and use it from every thread.
 #include "zqtest.h"
@@ -54,25 +55,6 @@ using Job = std::function<void(const Inputs&, const Specs&, Out&)>;
 
 const std::vector<std::pair<std::string, Job>>& jobs() {
     static const std::vector<std::pair<std::string, Job>> all = {
-        {"primitives", [](const Inputs& in, const Specs&, Out& o) {
-             Zeq32f* f = o.take<Zeq32f>(W * H);
-             o.status(zeqiConvert_8u32f_C1R(in.p8(), in.img8.step(), f, 4 * W, kRoi));
-             o.status(zeqiThreshold_LTVal_32f_C1IR(f, 4 * W, kRoi, 60.f, -1.f));
-         }},
-        {"absdiff+accumulate", [](const Inputs& in, const Specs&, Out& o) {
-             Zeq8u* d = o.take<Zeq8u>(W * H);
-             Zeq32f* acc = o.take<Zeq32f>(W * H);
-             o.status(zeqiAbsDiff_8u_C1R(in.p8(), in.img8.step(), in.p8() + 1, in.img8.step(), d, W, {W - 1, H}));
-             o.status(zeqiAddSquare_8u32f_C1IR(d, W, acc, 4 * W, kRoi));
-         }},
-        {"statistics", [](const Inputs& in, const Specs&, Out& o) {
-             Zeq64f* v = o.take<Zeq64f>(3);
-             Zeq32f* mm = o.take<Zeq32f>(2);
-             ZeqiPoint* at = o.take<ZeqiPoint>(2);
-             o.status(zeqiMean_StdDev_8u_C1R(in.p8(), in.img8.step(), kRoi, v, v + 1));
-             o.status(zeqiNorm_L2_32f_C1R(in.p32(), in.img32.step(), kRoi, v + 2, zeqAlgHintFast));
-             o.status(zeqiMinMaxIndx_8u_C1R(in.p8(), in.img8.step(), kRoi, mm, mm + 1, at, at + 1));
-         }},
         {"derivatives+canny", [](const Inputs& in, const Specs&, Out& o) {
              int size = 0;
              zeqiCannyGetSize(kRoi, &size);
@@ -83,10 +65,6 @@ const std::vector<std::pair<std::string, Job>>& jobs() {
              o.status(zeqiSobel3x3_Dy_8u16s_C1R(in.p8(), in.img8.step(), dy, 2 * W, 0, kRoi));
              std::vector<Zeq8u> work(static_cast<size_t>(size));
              o.status(zeqiCanny_16s8u_C1R(dx, 2 * W, dy, 2 * W, edges, W, kRoi, 40.f, 120.f, work.data()));
-         }},
-        {"fast arctangent", [](const Inputs& in, const Specs&, Out& o) {
-             Zeq32f* d = o.take<Zeq32f>(W);
-             o.status(zeqibFastArctan_32f(in.p32(), in.img32.row(1), d, W));
          }},
         {"state filter", [](const Inputs& in, const Specs&, Out& o) {
              Zeq16s* d = o.take<Zeq16s>(W * H);
@@ -110,11 +88,6 @@ const std::vector<std::pair<std::string, Job>>& jobs() {
              std::vector<Zeq8u> work(static_cast<size_t>(size));
              o.status(zeqiPyrDown_Gauss5x5_8u_C1R(in.p8(), in.img8.step(), d, W, kRoi, work.data()));
          }},
-        {"distance", [](const Inputs& in, const Specs&, Out& o) {
-             Zeq32f* d = o.take<Zeq32f>(W * H);
-             const Zeq32f metrics[2] = {1.f, 1.4f};
-             o.status(zeqiDistanceTransform_3x3_8u32f_C1R(in.p8(), in.img8.step(), d, 4 * W, kRoi, metrics));
-         }},
         {"flood fill", [](const Inputs& in, const Specs&, Out& o) {
              int size = 0;
              zeqiFloodFillGetSize_Grad(kRoi, &size);
@@ -133,12 +106,6 @@ const std::vector<std::pair<std::string, Job>>& jobs() {
              o.status(zeqiDilateStrip_8u_C1R(in.p8(), in.img8.step(), d, W, &roi, st, 0));
              o.status(zeqiMorphologyFree(st));
              o.status(zeqiFilterMax_8u_C1R(in.img8.addr(2, 2), in.img8.step(), m, W, {W - 4, H - 4}, {5, 5}, {2, 2}));
-         }},
-        {"motion+lines", [](const Inputs& in, const Specs&, Out& o) {
-             Zeq32f* mhi = o.take<Zeq32f>(W * H);
-             Zeq8u* line = o.take<Zeq8u>(W);
-             o.status(zeqiUpdateMotionHistory_8u32f_C1IR(in.p8(), in.img8.step(), mhi, 4 * W, kRoi, 5.f, 2.f));
-             o.status(zeqiSampleLine_8u_C1R(in.p8(), in.img8.step(), kRoi, line, {W - 1, 3}, {0, H - 2}));
          }},
         {"fft", [](const Inputs& in, const Specs& s, Out& o) {
              Zeq32f* d1 = o.take<Zeq32f>(128);
