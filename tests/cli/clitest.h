@@ -9,8 +9,10 @@
 #include <gtest/gtest.h>
 #include <jpeglib.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -67,31 +69,23 @@ protected:
 
 inline std::vector<std::string> Cli::names(const std::string& folder) {
     std::vector<std::string> found;
-    const std::string list = "ls -A '" + folder + "' 2>/dev/null";
-    if (FILE* p = popen(list.c_str(), "r")) {
-        char line[512];
-        while (std::fgets(line, sizeof line, p)) {
-            std::string n(line);
-            if (!n.empty() && n.back() == '\n') n.pop_back();
-            found.push_back(n);
-        }
-        pclose(p);
-    }
+    std::error_code missing;
+    for (const auto& e : std::filesystem::directory_iterator(folder, missing)) found.push_back(e.path().filename());
+    std::sort(found.begin(), found.end());
     return found;
 }
 
 // A test picture with edges, a gradient and some texture.
-inline tool::Picture scene(int w, int h, int channels, int depth = 8) {
+inline tool::Picture scene(int w, int h, int channels) {
     tool::Picture p;
-    p.width = w, p.height = h, p.channels = channels, p.depth = depth;
+    p.width = w, p.height = h, p.channels = channels, p.depth = 8;
     p.bytes.resize(p.rowBytes() * size_t(h));
     for (int y = 0; y < h; ++y)
         for (int x = 0; x < w; ++x)
             for (int c = 0; c < channels; ++c) {
                 const bool inside = x > w / 4 && x < 3 * w / 4 && y > h / 3 && y < 2 * h / 3;
                 const unsigned v = (inside ? 200u : 30u) + unsigned((x * 7 + y * 3 + c * 40 + (x * y) % 13) % 50);
-                if (depth == 8) p.row8(y)[size_t(x) * channels + c] = uint8_t(v);
-                else reinterpret_cast<uint16_t*>(p.row8(y))[size_t(x) * channels + c] = uint16_t(v * 257 + c);
+                p.row8(y)[size_t(x) * channels + c] = uint8_t(v);
             }
     return p;
 }
