@@ -17,24 +17,16 @@ TEST(Header, VersionMacrosMatchTheRecord) {
 }
 
 TEST(Header, EveryStatusHasItsName) {
-    const struct {
-        ZeqStatus status;
-        const char* name;
-    } all[] = {{zeqStsOk, "zeqStsOk"}, {zeqStsSqrtNegArg, "zeqStsSqrtNegArg"}, {zeqStsDivByZero, "zeqStsDivByZero"},
-               {zeqStsError, "zeqStsError"}, {zeqStsMemAlloc, "zeqStsMemAlloc"}, {zeqStsBadArg, "zeqStsBadArg"},
-               {zeqStsSize, "zeqStsSize"}, {zeqStsNullPtr, "zeqStsNullPtr"}, {zeqStsNoMem, "zeqStsNoMem"},
-               {zeqStsOutOfRange, "zeqStsOutOfRange"}, {zeqStsDataType, "zeqStsDataType"}, {zeqStsStep, "zeqStsStep"},
-               {zeqStsFftOrder, "zeqStsFftOrder"}, {zeqStsFftFlag, "zeqStsFftFlag"},
-               {zeqStsContextMatch, "zeqStsContextMatch"}, {zeqStsMaskSize, "zeqStsMaskSize"},
-               {zeqStsAnchor, "zeqStsAnchor"}, {zeqStsCoi, "zeqStsCoi"}, {zeqStsChannel, "zeqStsChannel"},
-               {zeqStsDistMetric, "zeqStsDistMetric"}, {zeqStsStepAlign, "zeqStsStepAlign"},
-               {zeqStsNotSupported, "zeqStsNotSupported"}};
-    for (const auto& s : all) {
-        const std::string text = zeqcvStatusString(s.status);
-        EXPECT_EQ(0u, text.find(std::string(s.name) + ": ")) << text;
-        EXPECT_GT(text.size(), std::strlen(s.name) + 8) << "a meaning follows the name";
+    int named = 0;
+    for (int code = -10000; code <= 10; ++code) {
+        const std::string text = zeqcvStatusString(code);
+        if (text == "unknown status") continue;
+        ++named;
+        EXPECT_EQ(0u, text.find("zeqSts")) << code;
+        EXPECT_NE(std::string::npos, text.find(": ", 6)) << text << ": a meaning follows the name";
     }
-    EXPECT_STREQ("unknown status", zeqcvStatusString(-1));
+    EXPECT_EQ(22, named);
+    EXPECT_EQ(0u, std::string(zeqcvStatusString(zeqStsStepAlign)).find("zeqStsStepAlign: "));
 }
 
 TEST(Owner, InitKeepsTheObjectAndFailureKeepsTheOldOne) {
