@@ -208,11 +208,8 @@ TYPED_TEST(Norm, StatusesInOrderAndNothingWritten) {
 }
 
 TEST(NormRel, ZeroDenominatorGivesInfinityOrNaNAndAWarning) {
-    Zeq8u a8[4] = {1, 2, 3, 4}, b8[4] = {5, 6, 7, 8}, none[4] = {0, 0, 0, 0}, all[4] = {1, 1, 1, 1};
+    const Zeq8u all[4] = {1, 1, 1, 1};
     double out = 0;
-    EXPECT_EQ(zeqStsDivByZero, zeqiNormRel_Inf_8u_C1MR(a8, 4, b8, 4, none, 4, {4, 1}, &out));
-    EXPECT_EQ(0x7FF8000000000000ull, zqt::bitsOf(out));
-
     float a[4] = {0, 1.5f, 0, 0}, zero[4] = {0, -0.0f, 0, 0};
     for (int k = kInf; k <= kL2; ++k) {
         EXPECT_EQ(zeqStsDivByZero, Api<Zeq32f>::rel1[k](a, 16, zero, 16, all, 4, {4, 1}, &out));
@@ -220,10 +217,6 @@ TEST(NormRel, ZeroDenominatorGivesInfinityOrNaNAndAWarning) {
         EXPECT_EQ(zeqStsDivByZero, Api<Zeq32f>::rel1[k](zero, 16, zero, 16, all, 4, {4, 1}, &out));
         EXPECT_EQ(0x7FF8000000000000ull, zqt::bitsOf(out));
     }
-    // Masked-out pixels of src2 do not count either.
-    EXPECT_EQ(zeqStsDivByZero, zeqiNormRel_L1_8u_C1MR(a8, 4, b8, 4, none, 4, {4, 1}, &out));
-    EXPECT_EQ(zeqStsOk, zeqiNormRel_L2_8u_C1MR(a8, 4, b8, 4, all, 4, {4, 1}, &out));
-    EXPECT_DOUBLE_EQ(std::sqrt(64.0 / 174.0), out);
 }
 
 // Norm squares in float; NormDiff widens the float difference and squares in double.
