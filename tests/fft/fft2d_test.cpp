@@ -206,7 +206,7 @@ TEST(FFT2D, RecordHoldsTheOneDimensionalSpecifications) {
     EXPECT_EQ(zeqStsOk, zeqiFFTFree_R_32f(s));
 }
 
-TEST(FFT2D, InitAllocStatuses) {
+TEST(FFT2D, StatusesInOrderAndNothingWritten) {
     ZeqiFFTSpec_R_32f* const untouched = reinterpret_cast<ZeqiFFTSpec_R_32f*>(uintptr_t(0x40));
     ZeqiFFTSpec_R_32f* s = untouched;
     EXPECT_EQ(zeqStsNullPtr, zeqiFFTInitAlloc_R_32f(nullptr, 31, 0, 0, 0));
@@ -215,9 +215,7 @@ TEST(FFT2D, InitAllocStatuses) {
     for (int flag : {0, 3, 16})  // the first one-dimensional specification rejects it; nothing is kept
         for (auto [ox, oy] : {std::pair<int, int>{2, 2}, {2, 5}}) EXPECT_EQ(zeqStsFftFlag, zeqiFFTInitAlloc_R_32f(&s, ox, oy, flag, 0));
     EXPECT_EQ(untouched, s);
-}
 
-TEST(FFT2D, TransformStatusesInOrderAndNothingWritten) {
     SpecPtr spec = makeSpec(3, 2, zeqFftScaleNone);
     ZeqiFFTSpec_R_32f other{};
     other.specId = 6;  // the identifier of a one-dimensional real specification
