@@ -23,6 +23,8 @@ struct Sse2 {
     static R add(R a, R b) { return _mm_add_ps(a, b); }
     static R sub(R a, R b) { return _mm_sub_ps(a, b); }
     static R mul(R a, R b) { return _mm_mul_ps(a, b); }
+    static R mulAdd(R a, R b, R c) { return _mm_add_ps(c, _mm_mul_ps(a, b)); }      // c + a b
+    static R mulSubFrom(R a, R b, R c) { return _mm_sub_ps(c, _mm_mul_ps(a, b)); }  // c - a b
     static R splat(float v) { return _mm_set1_ps(v); }
     static R swapReIm(R a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)); }
     static R negate(R a, bool imaginary) {

@@ -1,7 +1,10 @@
 // Radix-4 and radix-2 butterflies written once over a register type, built
 // by zqcvfftkernels.cpp with 128-bit SSE2 registers (two complex values) and
-// by zqcvfftavx2.cpp with 256-bit registers (four). Every lane does the same
-// operations in the same order, so both builds give the same bits.
+// by zqcvfftwide.isa.cpp with 256-bit registers (four). Every lane does the
+// same operations in the same order; the wider tiers fuse the twiddle
+// products' multiply and add (V::mulAdd), which rounds once where SSE2 rounds
+// twice, so their results differ from the baseline's within the transform's
+// rounding.
 //
 // Everything here has internal linkage: each including file gets its own
 // copy, compiled for its own instruction set.
@@ -23,8 +26,8 @@ inline typename V::R rotate(typename V::R a) {
 // ws at (-wi, wi) pairs.
 template <class V, bool Inv>
 inline typename V::R cmul(typename V::R a, const float* wr, const float* ws) {
-    const typename V::R r = V::mul(a, V::loadTable(wr)), t = V::mul(V::swapReIm(a), V::loadTable(ws));
-    return Inv ? V::sub(r, t) : V::add(r, t);
+    const typename V::R r = V::mul(a, V::loadTable(wr));
+    return Inv ? V::mulSubFrom(V::swapReIm(a), V::loadTable(ws), r) : V::mulAdd(V::swapReIm(a), V::loadTable(ws), r);
 }
 
 // The 4-point DFT of (x0, x1, x2, x3) in natural order, in place.

@@ -1,6 +1,7 @@
 // The radix stages and first passes with 256-bit registers (four complex
 // values each), for the AVX2 and AVX-512 tiers; the SSE2 tier has its own in
-// zqcvfftkernels.cpp. The arithmetic per value is the same, so are the bits.
+// zqcvfftkernels.cpp. The arithmetic per value is the same, except that the
+// twiddle products fuse their multiply and add.
 #include "fft/zqcvfft.h"
 
 #if ZQ_TIER >= 1
@@ -21,6 +22,8 @@ struct Avx {
     static R add(R a, R b) { return _mm256_add_ps(a, b); }
     static R sub(R a, R b) { return _mm256_sub_ps(a, b); }
     static R mul(R a, R b) { return _mm256_mul_ps(a, b); }
+    static R mulAdd(R a, R b, R c) { return _mm256_fmadd_ps(a, b, c); }
+    static R mulSubFrom(R a, R b, R c) { return _mm256_fnmadd_ps(a, b, c); }
     static R splat(float v) { return _mm256_set1_ps(v); }
     static R swapReIm(R a) { return _mm256_permute_ps(a, _MM_SHUFFLE(2, 3, 0, 1)); }
     static R negate(R a, bool imaginary) {
