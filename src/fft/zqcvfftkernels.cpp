@@ -223,38 +223,44 @@ inline size_t nextReversed(size_t cur, size_t half) {
     return cur + bit;
 }
 
-inline void readTile(const float* src, size_t rowStride, size_t mid, uint64_t* tile) {
-    for (size_t h = 0; h < 8; ++h) {
-        const float* row = src + 2 * (h * rowStride + mid * 8);
-        for (size_t l = 0; l < 8; ++l) std::memcpy(&tile[kRev3[l] * 8 + kRev3[h]], row + 2 * l, 8);
+// One tile: complex value l of source row h (rows `srcStride` values apart)
+// becomes value rev(h) of destination row rev(l). Two values per register: the
+// pair of destination values (2q, 2q + 1) comes from source rows rev(2q) and
+// rev(2q) + 4, so one unpack makes each register stored. Everything is loaded
+// before anything is stored, so a tile may be moved onto itself.
+inline void moveTile(const float* src, size_t srcStride, float* dst, size_t dstStride) {
+    __m128d v[8][4];
+    for (size_t h = 0; h < 8; ++h)
+        for (size_t p = 0; p < 4; ++p) v[h][p] = _mm_loadu_pd(reinterpret_cast<const double*>(src + 2 * (h * srcStride + 2 * p)));
+    for (size_t q = 0; q < 4; ++q) {
+        const size_t a = kRev3[2 * q], b = a + 4;
+        for (size_t p = 0; p < 4; ++p) {
+            _mm_storeu_pd(reinterpret_cast<double*>(dst + 2 * (kRev3[2 * p] * dstStride + 2 * q)),
+                          _mm_unpacklo_pd(v[a][p], v[b][p]));
+            _mm_storeu_pd(reinterpret_cast<double*>(dst + 2 * (kRev3[2 * p + 1] * dstStride + 2 * q)),
+                          _mm_unpackhi_pd(v[a][p], v[b][p]));
+        }
     }
-}
-inline void writeTile(float* dst, size_t rowStride, size_t mid, const uint64_t* tile) {
-    for (size_t l = 0; l < 8; ++l) std::memcpy(dst + 2 * (l * rowStride + mid * 8), &tile[l * 8], 64);
 }
 
 void zeqs_BitRev2_C(const float* src, float* dst, int m) {
     const size_t rowStride = size_t(1) << (m - 3), tiles = size_t(1) << (m - 6);
-    uint64_t tile[64];
     for (size_t mid = 0, rmid = 0; mid < tiles; ++mid) {
-        readTile(src, rowStride, mid, tile);
-        writeTile(dst, rowStride, rmid, tile);
+        moveTile(src + 16 * mid, rowStride, dst + 16 * rmid, rowStride);
         if (mid + 1 < tiles) rmid = nextReversed(rmid, tiles / 2);
     }
 }
 
 void zeqs_BitRev1_C(float* d, int m) {
     const size_t rowStride = size_t(1) << (m - 3), tiles = size_t(1) << (m - 6);
-    uint64_t a[64], b[64];
+    float b[128];  // tile rmid, rows of 8 values
     for (size_t mid = 0, rmid = 0; mid < tiles; ++mid) {
         if (rmid == mid) {
-            readTile(d, rowStride, mid, a);
-            writeTile(d, rowStride, mid, a);
+            moveTile(d + 16 * mid, rowStride, d + 16 * mid, rowStride);
         } else if (rmid > mid) {  // swap the two tiles
-            readTile(d, rowStride, mid, a);
-            readTile(d, rowStride, rmid, b);
-            writeTile(d, rowStride, rmid, a);
-            writeTile(d, rowStride, mid, b);
+            for (size_t h = 0; h < 8; ++h) std::memcpy(b + 16 * h, d + 2 * (h * rowStride + rmid * 8), 64);
+            moveTile(d + 16 * mid, rowStride, d + 16 * rmid, rowStride);
+            moveTile(b, 8, d + 16 * mid, rowStride);
         }
         if (mid + 1 < tiles) rmid = nextReversed(rmid, tiles / 2);
     }
