@@ -1369,7 +1369,8 @@ ZEQ_API ZeqStatus zeqiSampleLine_32f_C3R(const Zeq32f* pSrc, int srcStep, ZeqiSi
  * pBuffer: at least GetBufSize bytes, any alignment, or NULL to let the call
  * allocate (and free) its own. Source and destination may be the same array;
  * otherwise they must not overlap. The inverse real transform never writes
- * its source.
+ * its source. The AVX2 and AVX-512 kernels fuse multiplies and adds, so
+ * their results differ from the SSE2 ones within the transform's rounding.
  * Statuses: zeqStsNullPtr (the specification is checked before the data),
  * zeqStsFftOrder (order outside 0..30), zeqStsFftFlag (flag not 1, 2, 4, 8),
  * zeqStsContextMatch (a complex specification given to a real function or
