@@ -231,7 +231,8 @@ inline size_t nextReversed(size_t cur, size_t half) {
 inline void moveTile(const float* src, size_t srcStride, float* dst, size_t dstStride) {
     __m128d v[8][4];
     for (size_t h = 0; h < 8; ++h)
-        for (size_t p = 0; p < 4; ++p) v[h][p] = _mm_loadu_pd(reinterpret_cast<const double*>(src + 2 * (h * srcStride + 2 * p)));
+        for (size_t p = 0; p < 4; ++p)
+            v[h][p] = _mm_loadu_pd(reinterpret_cast<const double*>(src + 2 * (h * srcStride + 2 * p)));
     for (size_t q = 0; q < 4; ++q) {
         const size_t a = kRev3[2 * q], b = a + 4;
         for (size_t p = 0; p < 4; ++p) {

@@ -307,8 +307,7 @@ int* suppressRow(Zeq8u* dir, const MagRows& mag, int w, int y, float high, int* 
 // Suppression of roi row y, whose direction row and the magnitude rows around
 // it are complete. Returns the number of ints pushed (two per seed).
 int ownNonMaximaSuppression(Zeq8u* directionMap, const MagRows& magnitudes, const uint64_t* busy, int width, int y,
-                            float highThresh,
-                            int* stack) {
+                            float highThresh, int* stack) {
     const ptrdiff_t stride = ptrdiff_t(width) + 2;
     return int(suppressRow(directionMap + (y + 1) * stride, magnitudes, width, y, highThresh, stack, busy) - stack);
 }
