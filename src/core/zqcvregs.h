@@ -20,10 +20,43 @@
 
 #include <immintrin.h>
 
+#include <cstddef>
 #include <cstdint>
 
 namespace zq {
 ZQ_TIER_BEGIN
+
+// Results of at least this many bytes go past the caches when their rows
+// start 16-byte aligned: they would only evict the rows still to be read.
+constexpr ptrdiff_t kStreamBytes = ptrdiff_t(1) << 20;
+inline bool streamsRows(const void* dst, ptrdiff_t dstStep, int64_t bytes) {
+    return bytes >= kStreamBytes && ((reinterpret_cast<uintptr_t>(dst) | uintptr_t(dstStep)) & 15) == 0;
+}
+
+// Non-temporal stores of a whole register to a 16-byte aligned address, in
+// 16-byte pieces (a row of the caller's need be aligned no further).
+inline void streamPieces(void* p, __m128 v) { _mm_stream_ps(static_cast<float*>(p), v); }
+inline void streamPieces(void* p, __m128i v) { _mm_stream_si128(static_cast<__m128i*>(p), v); }
+#if ZQ_TIER >= 1
+inline void streamPieces(void* p, __m256 v) {
+    streamPieces(p, _mm256_castps256_ps128(v));
+    streamPieces(static_cast<char*>(p) + 16, _mm256_extractf128_ps(v, 1));
+}
+inline void streamPieces(void* p, __m256i v) {
+    streamPieces(p, _mm256_castsi256_si128(v));
+    streamPieces(static_cast<char*>(p) + 16, _mm256_extracti128_si256(v, 1));
+}
+#endif
+#if ZQ_TIER >= 2
+inline void streamPieces(void* p, __m512 v) {
+    streamPieces(p, _mm512_castps512_ps256(v));
+    streamPieces(static_cast<char*>(p) + 32, _mm512_extractf32x8_ps(v, 1));
+}
+inline void streamPieces(void* p, __m512i v) {
+    streamPieces(p, _mm512_castsi512_si256(v));
+    streamPieces(static_cast<char*>(p) + 32, _mm512_extracti64x4_epi64(v, 1));
+}
+#endif
 
 template <Isa I>
 struct Regs;

@@ -10,6 +10,7 @@
 #define ZQCV_SIMD_H
 
 #include "core/zqcvcore.h"
+#include "core/zqcvregs.h"
 
 #include <emmintrin.h>
 
@@ -32,10 +33,6 @@ struct Vec<T, true> {  // 32-bit float elements
     static void store(T* p, type v) { _mm_storeu_ps(p, v); }
     static void stream(T* p, type v) { _mm_stream_ps(p, v); }
 };
-
-// Regions larger than this are written with non-temporal stores when the
-// destination allows it: they would only evict the caller's working set.
-constexpr ptrdiff_t kStreamBytes = ptrdiff_t(1) << 20;
 
 inline bool aligned16(const void* p) { return (reinterpret_cast<uintptr_t>(p) & 15) == 0; }
 
@@ -87,7 +84,7 @@ template <class T, class Op>
 inline void mapRegion(const T* a, ptrdiff_t aStep, const T* b, ptrdiff_t bStep, T* d, ptrdiff_t dStep,
                       int width, int height, const Op& op) {
     const ptrdiff_t bytes = ptrdiff_t(width) * height * ptrdiff_t(sizeof(T));
-    const bool stream = bytes >= kStreamBytes && aligned16(d) && (dStep & 15) == 0;
+    const bool stream = streamsRows(d, dStep, bytes);
     if (contiguousRows<T>(width, aStep, bStep, dStep)) {
         if (stream) mapRow<true>(a, b, d, ptrdiff_t(width) * height, op);
         else mapRow(a, b, d, ptrdiff_t(width) * height, op);

@@ -329,10 +329,8 @@ inline uint32_t freshMarks3(uint32_t v) { return v & ~(v << 7) & 0x808080u; }
 void writeEdges(Zeq8u* directionMap, int width, int height, Zeq8u* pDst, int dstStep) {
     const ptrdiff_t stride = ptrdiff_t(width) + 2;
     const __m128i edge = _mm_set1_epi8(char(kEdge)), low7 = _mm_set1_epi8(0x7f);
-    // A large result with 16-byte aligned rows is written past the caches:
-    // its lines are then not read from memory before being overwritten.
-    const bool stream = int64_t(width) * height >= (int64_t(1) << 20) &&
-                        ((reinterpret_cast<uintptr_t>(pDst) | uintptr_t(dstStep)) & 15) == 0;
+    // Streamed, the result's lines are not read from memory before being overwritten.
+    const bool stream = zq::streamsRows(pDst, dstStep, int64_t(width) * height);
     for (int y = 0; y < height; ++y) {
         Zeq8u* dir = directionMap + (y + 1) * stride + 1;
         Zeq8u* dst = zq::row(pDst, dstStep, y);

@@ -75,18 +75,6 @@ uint64_t ownCannyMagnitudes(const T* dx, const T* dy, int groups, float low, Zeq
     return busy;
 }
 
-// A register into a 16-byte aligned destination, past the caches.
-inline void stream16(Zeq8u* p, __m256i v) {
-    _mm_stream_si128(reinterpret_cast<__m128i*>(p), _mm256_castsi256_si128(v));
-    _mm_stream_si128(reinterpret_cast<__m128i*>(p + 16), _mm256_extracti128_si256(v, 1));
-}
-#if ZQ_TIER >= 2
-inline void stream16(Zeq8u* p, __m512i v) {
-    stream16(p, _mm512_castsi512_si256(v));
-    stream16(p + 32, _mm512_extracti64x4_epi64(v, 1));
-}
-#endif
-
 template <Isa I>
 int ownCannyEdgesRow(Zeq8u* dir, Zeq8u* dst, int width, bool stream) {
     using R = Regs<I>;
@@ -95,7 +83,7 @@ int ownCannyEdgesRow(Zeq8u* dir, Zeq8u* dst, int width, bool stream) {
     int x = 0;
     for (; x + W <= width; x += W) {
         const typename R::I d = R::load(dir + x), isEdge = R::cmpeq8(d, edge);
-        if (stream) stream16(dst + x, isEdge);
+        if (stream) streamPieces(dst + x, isEdge);
         else R::store(dst + x, isEdge);
         bool any;
         if constexpr (I == Isa::Avx512) any = _mm512_movepi8_mask(isEdge) != 0;

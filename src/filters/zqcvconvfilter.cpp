@@ -10,6 +10,7 @@
 // output row is computed from the same values in the same order however the
 // image is split.
 #include "core/zqcvcore.h"
+#include "core/zqcvregs.h"
 #include "filters/zqcvconv.h"
 
 #include <emmintrin.h>
@@ -111,10 +112,7 @@ public:
         if (starts) from_ = 0;
         to_ = ends ? end_ : std::max(end_ - k2_, 0);
         s.consumed = ends ? 0 : end_;
-        // Large results in 16-byte aligned rows go past the caches: they
-        // would only evict the rows still to be read.
-        stream_ = ((reinterpret_cast<uintptr_t>(dst) | uintptr_t(dstStep)) & 15) == 0 &&
-                  int64_t(width) * n * int64_t(sizeof(D)) >= (int64_t(1) << 20);
+        stream_ = zq::streamsRows(dst, dstStep, int64_t(width) * n * int64_t(sizeof(D)));
     }
     ~Strip() {
         if (stream_) _mm_sfence();

@@ -6,7 +6,6 @@
 // tier. The 128- and 256-bit estimates are the same.
 #include "filters/zqcvfastarctan.h"
 #include "core/zqcvregs.h"
-#include "core/zqcvsimd.h"
 
 #include <cstring>
 

@@ -34,31 +34,6 @@ namespace {
 
 using zq::Isa;
 
-// Non-temporal stores of a whole register to a 16-byte aligned address, in
-// 16-byte pieces (a row of the caller's need be aligned no further).
-inline void streamPieces(void* p, __m128 v) { _mm_stream_ps(static_cast<float*>(p), v); }
-inline void streamPieces(void* p, __m128i v) { _mm_stream_si128(static_cast<__m128i*>(p), v); }
-#if ZQ_TIER >= 1
-inline void streamPieces(void* p, __m256 v) {
-    streamPieces(p, _mm256_castps256_ps128(v));
-    streamPieces(static_cast<char*>(p) + 16, _mm256_extractf128_ps(v, 1));
-}
-inline void streamPieces(void* p, __m256i v) {
-    streamPieces(p, _mm256_castsi256_si128(v));
-    streamPieces(static_cast<char*>(p) + 16, _mm256_extracti128_si256(v, 1));
-}
-#endif
-#if ZQ_TIER >= 2
-inline void streamPieces(void* p, __m512 v) {
-    streamPieces(p, _mm512_castps512_ps256(v));
-    streamPieces(static_cast<char*>(p) + 32, _mm512_extractf32x8_ps(v, 1));
-}
-inline void streamPieces(void* p, __m512i v) {
-    streamPieces(p, _mm512_castsi512_si256(v));
-    streamPieces(static_cast<char*>(p) + 32, _mm512_extracti64x4_epi64(v, 1));
-}
-#endif
-
 // ---- lane policies: the element kept in the rows and its extreme ----
 
 // Integer lanes: 8u values as they are, or the keys of float bits (signed
@@ -79,7 +54,7 @@ struct Lanes {
         else return Max ? R::maxI32(a, b) : R::minI32(a, b);
     }
     static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
-    static void stream(E* p, V v) { streamPieces(p, v); }
+    static void stream(E* p, V v) { zq::streamPieces(p, v); }
 };
 
 // Floats with the accumulator as the first operand: the packed maximum is
@@ -97,7 +72,7 @@ struct Lanes<I, float, Max> {
         else return R::min(a, b);
     }
     static E op(E a, E b) { return Max ? (a > b ? a : b) : (a < b ? a : b); }
-    static void stream(E* p, V v) { streamPieces(p, v); }
+    static void stream(E* p, V v) { zq::streamPieces(p, v); }
 };
 
 // ---- the two row operations ----
@@ -372,13 +347,6 @@ void flipKeys(const void* in, void* out, int len) {
     }
 }
 
-// Whether the output goes past the caches: an image larger than a core's
-// second-level cache share would only evict the rows still to be read, and
-// 16-byte aligned rows take the non-temporal stores.
-inline bool streams(const void* dst, ptrdiff_t dstStep, int64_t bytes) {
-    return bytes >= (int64_t(1) << 20) && ((reinterpret_cast<uintptr_t>(dst) | uintptr_t(dstStep)) & 15) == 0;
-}
-
 // ---- strip morphology ----
 
 // The columns' vertical runs of set mask elements. A run of one element is
@@ -466,15 +434,20 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         planMask(s, empty, plan);
     }
 
+    // `times` copies of a pixel, inline: a library call per pixel of a few
+    // bytes would cost as much as a row pass.
+    auto repeat = [&](E* to, const E* pixel, int times) {
+        for (int j = 0; j < times; ++j)
+            for (int k = 0; k < c; ++k) to[j * c + k] = pixel[k];
+    };
     // A source row with its border: ax copies of the first pixel before it,
     // copies of the last after it, up to mw - 1 pixels in all; floats as keys.
     auto extend = [&](const T* row, E* ext) {
         E* mid = ext + ptrdiff_t(ax) * c;
         if constexpr (keys) flipKeys<I>(row, mid, len);
         else std::memcpy(mid, row, size_t(len));
-        for (int x = 0; x < ax; ++x) std::memcpy(ext + ptrdiff_t(x) * c, mid, size_t(c) * sizeof(E));
-        for (int x = 0; x < s.right; ++x)
-            std::memcpy(mid + ptrdiff_t(w + x) * c, mid + ptrdiff_t(w - 1) * c, size_t(c) * sizeof(E));
+        repeat(ext, mid, ax);
+        repeat(mid + len, mid + len - c, s.right);
     };
 
     // The row pass of a source row: pass(s, i, l) folds elements i..i+l-1 of
@@ -487,12 +460,7 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         if constexpr (!keys) {
             const int lo = (ax * c + 63) & ~63, hi = (w - s.right) * c & ~63;
             if (w >= mw + 64 && lo < hi) {
-                // Copies of a few dozen bytes, inline: a library call each
-                // would cost as much as the pass over the row.
-                auto repeat = [&](E* to, const T* pixel, int times) {
-                    for (int j = 0; j < times; ++j)
-                        for (int k = 0; k < c; ++k) to[j * c + k] = pixel[k];
-                };
+                // The edge pieces, a few dozen bytes each, are copied inline too.
                 auto copy = [&](E* to, const T* from, int n) {
                     overRow<P>(n, [&](int i) { P::store(to + i, P::load(from + i)); }, [&](int i) { to[i] = from[i]; });
                 };
@@ -560,7 +528,7 @@ void morphStrip(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstStep, Zeqi
         else rowPass(row, ext, [&](const E* from, int i, int l) { foldAlong<P>(from, l, c, mw, target + i); });
         ++count;
     };
-    const bool stream = streams(dst, dstStep, int64_t(len) * sizeof(E) * n);
+    const bool stream = streamsRows(dst, dstStep, int64_t(len) * sizeof(E) * n);
     auto emitPairWith = [&](auto out, const T* row) {
         using O = decltype(out);
         E* out0 = reinterpret_cast<E*>(zq::row(dst, dstStep, produced));
@@ -652,7 +620,7 @@ ZeqStatus ownFilterMax(const T* src, ptrdiff_t srcStep, T* dst, ptrdiff_t dstSte
     // cache measured slower: the source rows then come in short pieces);
     // every element's operations are the same in any band.
     const int bandBytes = std::max(2048, (98304 / mh) & ~63);
-    const bool stream = streams(dst, dstStep, int64_t(len) * int64_t(sizeof(T)) * roi.height);
+    const bool stream = streamsRows(dst, dstStep, int64_t(len) * int64_t(sizeof(T)) * roi.height);
     const int band = std::max(P::n, bandBytes / int(sizeof(T)) / P::n * P::n);
     for (int x0 = 0; x0 < len; x0 += band) {
         const int bl = std::min(band, len - x0);
