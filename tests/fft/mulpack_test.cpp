@@ -115,23 +115,4 @@ TEST(PackConj, NegatesImaginaryPartsOnly) {
         }
 }
 
-// The conjugate spectrum is the spectrum of the image mirrored through its origin.
-TEST(PackConj, IsTheSpectrumOfTheMirroredImage) {
-    Rng rng(24);
-    for (auto [ox, oy] : {std::pair<int, int>{0, 0}, {1, 3}, {3, 1}, {4, 4}, {5, 3}, {0, 4}, {4, 0}}) {
-        const int w = 1 << ox, h = 1 << oy;
-        Image<float> f(w, h), mirrored(w, h), a(w, h, 1, 4), b(w, h);
-        f.fill([&](int, int, int) { return rng.uniformf(-1, 1); });
-        mirrored.fill([&](int x, int y, int) { return f.at((w - x) % w, (h - y) % h); });
-        ZeqiFFTSpec_R_32f* spec = nullptr;
-        ASSERT_EQ(zeqStsOk, zeqiFFTInitAlloc_R_32f(&spec, ox, oy, zeqFftScaleNone, 0));
-        ASSERT_EQ(zeqStsOk, zeqiFFTFwd_RToPack_32f_C1R(f.ptr(), f.step(), a.ptr(), a.step(), spec, nullptr));
-        ASSERT_EQ(zeqStsOk, zeqiFFTFwd_RToPack_32f_C1R(mirrored.ptr(), mirrored.step(), b.ptr(), b.step(), spec, nullptr));
-        zeqiFFTFree_R_32f(spec);
-        owniRCPack2DConj_32f_C1IR(a.ptr(), a.step(), w, h);
-        for (int y = 0; y < h; ++y)
-            for (int x = 0; x < w; ++x) ASSERT_NEAR(b.at(x, y), a.at(x, y), 1e-5 * w * h) << x << "," << y;
-    }
-}
-
 }  // namespace

@@ -287,24 +287,6 @@ TYPED_TEST(Canny, StatusesInOrderAndNothingWritten) {
     EXPECT_EQ(zeqStsOk, call(p, row, p, row + 2, o, w, {w, h}, 0, 0, buf.data()));
 }
 
-// A hand-made case whose answer follows from the rules directly,
-// independent of the reference: a vertical edge (horizontal gradient), weak
-// rows 0-2 in column 2, a gap in row 3, then row 4 in column 2 and rows 5-6 in
-// column 3, strong only in row 6. The strong pixel reaches row 4 through the
-// diagonal step, but not across the gap.
-TEST(Canny16s, WeakPixelsJoinOnlyThroughEightConnectedCandidates) {
-    const int w = 6, h = 7;
-    std::vector<Zeq16s> dx(size_t(w * h), 0), dy(size_t(w * h), 0);
-    for (int y = 0; y < h; ++y)
-        if (y != 3) dx[size_t(y * w + (y < 5 ? 2 : 3))] = Zeq16s(y == 6 ? 9 : 4);
-    Image<Zeq8u> edges(w, h);
-    std::vector<uint8_t> buf(size_t(bufferSize(w, h)));
-    ASSERT_EQ(zeqStsOk, zeqiCanny_16s8u_C1R(dx.data(), 2 * w, dy.data(), 2 * w, edges.ptr(), w, {w, h}, 2, 8, buf.data()));
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x)
-            EXPECT_EQ(y > 3 && x == (y < 5 ? 2 : 3) ? 255 : 0, edges.at(x, y)) << x << "," << y;
-}
-
 TEST(Canny32f, NegativeZeroCountsAsNegativeSign) {
     // The smallest denormal against a zero: the 22.5-degree product rounds to
     // 0, so the pixel is diagonal and the sign of the zero picks the code.

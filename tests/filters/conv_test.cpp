@@ -219,44 +219,6 @@ TYPED_TEST(ConvFilter, WholeImagesAndEverySplit) {
     }
 }
 
-// The fixed 3x3 filter of a type for (dx, dy, origin).
-#define ZQT_FIXED3(t)                                                                   \
-    [](const auto* s, int ss, auto* d, int ds, const int* f, ZeqiSize r) {              \
-        return f[0] == 1 && f[1] == 0 ? zeqiSobel3x3_Dx_##t##_C1R(s, ss, d, ds, r)      \
-               : f[0] == 0 && f[1] == 1 ? zeqiSobel3x3_Dy_##t##_C1R(s, ss, d, ds, f[2], r) \
-               : f[0] == 2 ? zeqiSobel3x3_D2x_##t##_C1R(s, ss, d, ds, r)                \
-               : f[1] == 2 ? zeqiSobel3x3_D2y_##t##_C1R(s, ss, d, ds, r)                \
-                           : zeqiSobel3x3_DxDy_##t##_C1R(s, ss, d, ds, f[2], r);        \
-    }
-
-// A 3x3 Sobel state computes what the fixed 3x3 filters do, bit for bit.
-TYPED_TEST(ConvFilter, ThreeByThreeSobelIsTheFixedFilter) {
-    using T = TypeParam;
-    using D = Out<T>;
-    Rng rng(5);
-    const int w = 37, h = 9;
-    Image<T> src(w, h);
-    src.fillRandom(rng);
-    const int forms[][3] = {{1, 0, 0}, {0, 1, 0}, {0, 1, 1}, {2, 0, 0}, {0, 2, 0}, {1, 1, 0}, {1, 1, 1}};
-    for (auto& f : forms) {
-        Image<D> mine(w, h), fixed(w, h);
-        ZeqiConvState* st = nullptr;
-        ASSERT_EQ(zeqStsOk, zeqiSobelInitAlloc(w, typeCode<T>(), 3, f[2], f[0], f[1], &st));
-        ZeqiSize roi{w, h};
-        ASSERT_EQ(zeqStsOk, filter<T>(kSobel, src.ptr(), src.step(), mine.ptr(), mine.step(), &roi, st, 0));
-        zeqiConvolFree(st);
-        auto run = [&](auto fixedFilter) {
-            return fixedFilter(src.ptr(), src.step(), fixed.ptr(), fixed.step(), f, src.size());
-        };
-        ZeqStatus r;
-        if constexpr (std::is_same<T, Zeq8u>::value) r = run(ZQT_FIXED3(8u16s));
-        else if constexpr (std::is_same<T, Zeq8s>::value) r = run(ZQT_FIXED3(8s16s));
-        else r = run(ZQT_FIXED3(32f));
-        ASSERT_EQ(zeqStsOk, r);
-        EXPECT_TRUE(zqt::sameImage(mine, fixed)) << "dx " << f[0] << " dy " << f[1] << " origin " << f[2];
-    }
-}
-
 TYPED_TEST(ConvFilter, StatusesInOrderAndNothingWritten) {
     using T = TypeParam;
     using D = Out<T>;

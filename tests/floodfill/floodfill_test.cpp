@@ -167,16 +167,13 @@ TEST(FloodFillChecks, StatusesInOrderAndNothingWritten) {
     EXPECT_EQ(-1.0, r.area);
 }
 
-TEST(FloodFillGetSize, SizesAndStatuses) {
-    int size = 0;
-    EXPECT_EQ(zeqStsOk, zeqiFloodFillGetSize({7, 3}, &size));
-    EXPECT_EQ(6 * 21 + 8, size);
-    EXPECT_EQ(zeqStsOk, zeqiFloodFillGetSize_Grad({7, 3}, &size));
-    EXPECT_EQ(9 * 5 + 6 * 21 + 8, size);
+// The sizes themselves are the size-query suite's.
+TEST(FloodFillGetSize, Statuses) {
+    int size = -1;
     EXPECT_EQ(zeqStsNullPtr, zeqiFloodFillGetSize({0, 3}, nullptr));
     EXPECT_EQ(zeqStsSize, zeqiFloodFillGetSize_Grad({7, 0}, &size));
     EXPECT_EQ(zeqStsSize, zeqiFloodFillGetSize({20000, 20000}, &size));  // 2.4e9 bytes does not fit an int
-    EXPECT_EQ(9 * 5 + 6 * 21 + 8, size);
+    EXPECT_EQ(-1, size);
 }
 
 }  // namespace
