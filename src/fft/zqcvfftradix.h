@@ -121,8 +121,12 @@ void fact16(float* d, size_t n, size_t span, const float* twA, const float* twB)
         switch (span) {
         case 4: return fact16<V, Inv, 4>(d, n, span, twA, twB);
         case 8: return fact16<V, Inv, 8>(d, n, span, twA, twB);
+        case 32: return fact16<V, Inv, 32>(d, n, span, twA, twB);
         case 64: return fact16<V, Inv, 64>(d, n, span, twA, twB);
         case 128: return fact16<V, Inv, 128>(d, n, span, twA, twB);
+        case 256: return fact16<V, Inv, 256>(d, n, span, twA, twB);
+        case 1024: return fact16<V, Inv, 1024>(d, n, span, twA, twB);
+        case 2048: return fact16<V, Inv, 2048>(d, n, span, twA, twB);
         default: break;
         }
     }

@@ -84,7 +84,7 @@ std::vector<std::pair<int, int>> ordersAndFlags() {
     if (kEmulated) {
         out.insert(out.end(), {{15, zeqFftScaleFwdByN}, {16, zeqFftScaleBySqrtN}, {17, zeqFftScaleInvByN}});
     } else {
-        for (int order : {15, 16, 17, 20}) {
+        for (int order : {15, 16, 17, 19, 20}) {
             out.push_back({order, zeqFftScaleFwdByN});
             out.push_back({order, zeqFftScaleBySqrtN});
         }
