@@ -12,6 +12,7 @@
 #define ZQCV_FFT_RADIX_H
 
 #include <cstddef>
+#include <utility>
 
 namespace {
 namespace radix {
@@ -112,23 +113,26 @@ inline void radix16(typename V::R* x, const float* wA, const float* wB, size_t w
 
 // Two radix-4 stages in one pass (spans `span` and 4*span): the 16 values
 // that the two stages combine for butterfly k stay in registers. Gives the
-// same bits as the two stages one after the other. The spans inside a
-// first-level-cache block are compiled as constants: with a run-time span the
-// 16 row offsets do not fit in the general registers.
+// same bits as the two stages one after the other. Every span the transforms
+// use (powers of two, 4 to 2048) is compiled as a constant: with a run-time
+// span the 16 row offsets do not fit in the general registers.
 template <class V, bool Inv, size_t FixedSpan = 0>
+void fact16(float* d, size_t n, size_t span, const float* twA, const float* twB);
+
+template <class V, bool Inv, size_t... L>
+bool fact16Fixed(float* d, size_t n, size_t span, const float* twA, const float* twB, std::index_sequence<L...>) {
+    using Fn = void (*)(float*, size_t, size_t, const float*, const float*);
+    static constexpr Fn table[] = {fact16<V, Inv, size_t(4) << L>...};
+    const int k = __builtin_ctzll(span) - 2;
+    if (k < 0 || k >= int(sizeof...(L))) return false;
+    table[k](d, n, span, twA, twB);
+    return true;
+}
+
+template <class V, bool Inv, size_t FixedSpan>
 void fact16(float* d, size_t n, size_t span, const float* twA, const float* twB) {
-    if (FixedSpan == 0) {
-        switch (span) {
-        case 4: return fact16<V, Inv, 4>(d, n, span, twA, twB);
-        case 8: return fact16<V, Inv, 8>(d, n, span, twA, twB);
-        case 32: return fact16<V, Inv, 32>(d, n, span, twA, twB);
-        case 64: return fact16<V, Inv, 64>(d, n, span, twA, twB);
-        case 128: return fact16<V, Inv, 128>(d, n, span, twA, twB);
-        case 256: return fact16<V, Inv, 256>(d, n, span, twA, twB);
-        case 1024: return fact16<V, Inv, 1024>(d, n, span, twA, twB);
-        case 2048: return fact16<V, Inv, 2048>(d, n, span, twA, twB);
-        default: break;
-        }
+    if constexpr (FixedSpan == 0) {
+        if (fact16Fixed<V, Inv>(d, n, span, twA, twB, std::make_index_sequence<10>())) return;
     }
     using R = typename V::R;
     const size_t s2 = 2 * (FixedSpan ? FixedSpan : span);
